@@ -1,0 +1,33 @@
+# What every target of the project is compiled with.
+#
+# project_options: the include root, the warnings, and the sanitizers of the chosen preset.
+
+set(RAW_TO_TIFF_SANITIZERS "" CACHE STRING "Sanitizers to build with, comma-separated, for example address,undefined")
+
+add_library(project_options INTERFACE)
+target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(
+  project_options
+  INTERFACE -Wall
+            -Wextra
+            -Wpedantic
+            -Wconversion
+            -Wsign-conversion
+            -Wshadow
+            -Wold-style-cast
+            -Wcast-align
+            -Wcast-qual
+            -Wformat=2
+            -Wimplicit-fallthrough
+            -Wnon-virtual-dtor
+            -Woverloaded-virtual
+            -Wnull-dereference
+            -Wundef
+            -Wunused
+            -Werror)
+
+if(RAW_TO_TIFF_SANITIZERS)
+  target_compile_options(project_options INTERFACE -fsanitize=${RAW_TO_TIFF_SANITIZERS} -fno-sanitize-recover=all
+                                                   -fno-omit-frame-pointer)
+  target_link_options(project_options INTERFACE -fsanitize=${RAW_TO_TIFF_SANITIZERS})
+endif()
