@@ -18,8 +18,8 @@ target_compile_options(
             -Wcast-align
             -Wcast-qual
             -Wformat=2
+            -Wno-format-nonliteral # time formats come from the caller
             -Wimplicit-fallthrough
-            -Wnon-virtual-dtor
             -Woverloaded-virtual
             -Wnull-dereference
             -Wundef

@@ -54,14 +54,16 @@ stdcall_function_t<eds_error_t> EdsTerminateSDK;
 
 // Opens the file at a zero-terminated UTF-8 path whose separators are backslashes; answers
 // eds_file_not_found where there is no such file. The caller owns the stream.
-stdcall_function_t<eds_error_t, const char*, eds_disposition_t, eds_access_t, __EdsObject**> EdsCreateFileStream;
+stdcall_function_t<eds_error_t, const char*, eds_disposition_t, eds_access_t, __EdsObject**>
+    EdsCreateFileStream;
 
 // Reads the raw picture in an input stream. The caller owns the image, which does not need the stream any
 // more.
 stdcall_function_t<eds_error_t, __EdsObject*, __EdsObject**> EdsCreateImageRef;
 
 // Develops an image and writes it to an output stream.
-stdcall_function_t<eds_error_t, __EdsObject*, eds_target_t, tagEdsSaveImageSetting, __EdsObject*> EdsSaveImage;
+stdcall_function_t<eds_error_t, __EdsObject*, eds_target_t, tagEdsSaveImageSetting, __EdsObject*>
+    EdsSaveImage;
 
 // Gives a handle back; the result is of no use.
 stdcall_function_t<eds_error_t, __EdsObject*> EdsRelease;

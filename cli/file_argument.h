@@ -1,0 +1,10 @@
+#pragma once
+
+#include "classlib/files/ZFileLocation.h"
+
+#include <optional>
+#include <string>
+
+// The location of a file that the command line names; nothing for a name that the library cannot hold,
+// because it is not UTF-8 or holds a backslash, which the library takes for a separator.
+[[nodiscard]] std::optional<ZFileLocation> locate(const std::string& argument);

@@ -1,0 +1,11 @@
+#include "platform/debugger.h"
+
+#include <csignal>
+
+namespace platform {
+
+void break_into_debugger() noexcept {
+    static_cast<void>(std::raise(SIGTRAP));
+}
+
+} // namespace platform
