@@ -1,0 +1,96 @@
+#include "sdk/open/developed_picture.h"
+
+#include "sdk/open/camera_frame.h"
+#include "sdk/open/failure.h"
+#include "sdk/open/srgb.h"
+
+#include <algorithm>
+#include <future>
+#include <utility>
+
+namespace sdk_open {
+namespace {
+
+void choose_settings(libraw_output_params_t& settings) {
+    constexpr int adaptive_homogeneity_directed = 3;
+    settings.use_camera_wb = 1;
+    settings.highlight = 0;
+    settings.no_auto_bright = 1;
+    settings.adjust_maximum_thr = 0; // else a picture without white in it would be brightened
+    settings.user_qual = adaptive_homogeneity_directed;
+    settings.med_passes = 1;   // takes the coloured fringes off fine detail
+    settings.output_color = 0; // stays in the camera's colours
+}
+
+void develop_area(raw_decoder& decoder, const mosaic_area& area) {
+    auto& rawdata = decoder.inq_data().rawdata;
+    auto& sizes = rawdata.sizes;
+    rawdata.iparams.filters =
+        move_filters(rawdata.iparams.filters, static_cast<int>(area.left) - sizes.left_margin,
+                     static_cast<int>(area.top) - sizes.top_margin);
+    sizes.left_margin = static_cast<std::uint16_t>(area.left);
+    sizes.top_margin = static_cast<std::uint16_t>(area.top);
+    sizes.width = static_cast<std::uint16_t>(area.width);
+    sizes.height = static_cast<std::uint16_t>(area.height);
+    choose_settings(decoder.inq_data().params);
+    // LibRaw's threads belong to the thread that calls it and end with it: none stays behind in the host.
+    std::async(std::launch::async, [&decoder] { decoder.develop(); }).get();
+}
+
+std::uint16_t clipped(float value) noexcept {
+    return static_cast<std::uint16_t>(std::clamp(value + 0.5F, 0.0F, 65535.0F));
+}
+
+} // namespace
+
+developed_picture::developed_picture(raw_decoder& decoder) {
+    if (!decoder.knows_colours() || decoder.inq_data().rawdata.iparams.colors != channels)
+        throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
+    develop_area(decoder, find_lit_area(decoder.inq_data()));
+    const libraw_data_t& data = decoder.inq_data();
+    place_frame(decoder, data.sizes);
+    for (unsigned out = 0; out < channels; ++out)
+        std::copy_n(data.color.rgb_cam[out], channels, m_srgb_from_camera[out].begin());
+    m_curve = make_srgb_curve();
+}
+
+// The decoder leaves its picture as the sensor saw it and says in three bits how to turn it: 4 swaps columns
+// and rows, then 2 turns it upside down and 1 mirrors it.
+void developed_picture::place_frame(const raw_decoder& decoder, const libraw_image_sizes_t& developed) {
+    const mosaic_area frame = find_camera_frame(decoder.inq_data());
+    const unsigned flip = static_cast<unsigned>(developed.flip);
+    const std::ptrdiff_t pitch = developed.width;
+    std::ptrdiff_t column = static_cast<std::ptrdiff_t>(frame.left) - developed.left_margin;
+    std::ptrdiff_t row = static_cast<std::ptrdiff_t>(frame.top) - developed.top_margin;
+    m_step_right = 1;
+    m_step_down = pitch;
+    if ((flip & 1U) != 0) {
+        column += frame.width - 1;
+        m_step_right = -m_step_right;
+    }
+    if ((flip & 2U) != 0) {
+        row += frame.height - 1;
+        m_step_down = -m_step_down;
+    }
+    m_width = frame.width;
+    m_height = frame.height;
+    if ((flip & 4U) != 0) {
+        std::swap(m_step_right, m_step_down);
+        std::swap(m_width, m_height);
+    }
+    m_first = decoder.inq_data().image + row * pitch + column;
+}
+
+void developed_picture::fetch_row(unsigned row, std::span<std::uint16_t> target) const noexcept {
+    const camera_pixel* pixel = m_first + static_cast<std::ptrdiff_t>(row) * m_step_down;
+    for (std::size_t at = 0; at + channels <= target.size(); at += channels, pixel += m_step_right)
+        for (unsigned out = 0; out < channels; ++out) {
+            const auto& weights = m_srgb_from_camera[out];
+            const float linear = weights[0] * static_cast<float>((*pixel)[0]) +
+                                 weights[1] * static_cast<float>((*pixel)[1]) +
+                                 weights[2] * static_cast<float>((*pixel)[2]);
+            target[at + out] = m_curve[clipped(linear)];
+        }
+}
+
+} // namespace sdk_open

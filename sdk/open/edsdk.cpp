@@ -1,0 +1,125 @@
+#include "conversion/edsdk.h"
+
+#include "sdk/open/developed_picture.h"
+#include "sdk/open/failure.h"
+#include "sdk/open/failure_reason.h"
+#include "sdk/open/sdk_session.h"
+#include "sdk/open/tiff_writer.h"
+
+#include <algorithm>
+#include <functional>
+#include <new>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+namespace sdk_open {
+namespace {
+
+// Between EdsInitializeSDK and EdsTerminateSDK.
+std::optional<sdk_session> the_session;
+
+sdk_session& running_session() {
+    if (!the_session)
+        throw failure(error_code_t::not_initialised, "the SDK is not initialised");
+    return *the_session;
+}
+
+eds_error_t failed(error_code_t code, std::string_view reason) noexcept {
+    const bool caller_may_get_around = code == error_code_t::file_not_found;
+    keep_failure_reason(reason, caller_may_get_around ? reason_t::provisional : reason_t::final);
+    return static_cast<eds_error_t>(code);
+}
+
+// Runs the body of one of the six functions: what it throws becomes a code and a reason, and nothing leaves.
+template <typename Body>
+eds_error_t guarded(Body&& body) noexcept {
+    try {
+        std::invoke(std::forward<Body>(body));
+        return eds_ok;
+    } catch (const failure& problem) {
+        return failed(problem.inq_code(), problem.what());
+    } catch (const std::bad_alloc&) {
+        return failed(error_code_t::out_of_memory, "not enough memory");
+    } catch (...) {
+        return failed(error_code_t::failed, "internal error");
+    }
+}
+
+void check_argument(bool is_given) {
+    if (!is_given)
+        throw failure(error_code_t::bad_argument, "an argument is missing");
+}
+
+// Paths come with backslashes between their parts.
+std::string system_path(const char* path) {
+    std::string converted(path);
+    std::ranges::replace(converted, '\\', '/');
+    return converted;
+}
+
+__EdsObject* make_stream(std::string path, eds_disposition_t disposition) {
+    switch (disposition) {
+    case eds_disposition_t::open_existing:
+        return running_session().make<input_stream>(path);
+    case eds_disposition_t::create_always:
+        return running_session().make<output_stream>(std::move(path));
+    }
+    throw failure(error_code_t::not_supported, "unknown way of opening a file");
+}
+
+} // namespace
+} // namespace sdk_open
+
+using namespace sdk_open;
+
+eds_error_t EdsInitializeSDK() {
+    return guarded([] {
+        forget_failure_reason();
+        the_session.emplace();
+    });
+}
+
+eds_error_t EdsTerminateSDK() {
+    return guarded([] { the_session.reset(); });
+}
+
+// The access is not looked at: nothing is ever written to an existing file, and one to be made is only
+// written.
+eds_error_t EdsCreateFileStream(const char* path, eds_disposition_t disposition, eds_access_t,
+                                __EdsObject** stream) {
+    return guarded([&] {
+        check_argument(path != nullptr && stream != nullptr);
+        *stream = make_stream(system_path(path), disposition);
+    });
+}
+
+eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
+    return guarded([&] {
+        check_argument(stream != nullptr && image != nullptr);
+        sdk_session& session = running_session();
+        *image = session.make<raw_image>(session.find<input_stream>(stream).file.read_whole());
+    });
+}
+
+// The settings say nothing about a TIFF.
+eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImageSetting,
+                         __EdsObject* stream) {
+    return guarded([&] {
+        check_argument(image != nullptr && stream != nullptr);
+        if (target != eds_target_t::tiff_16_bit)
+            throw failure(error_code_t::not_supported, "only 16-bit TIFF can be written");
+        const sdk_session& session = running_session();
+        auto& source = session.find<raw_image>(image);
+        auto& file = session.find<output_stream>(stream).file;
+        write_tiff(file, developed_picture(source.decoder), source.metadata);
+        file.commit();
+    });
+}
+
+eds_error_t EdsRelease(__EdsObject* object) {
+    return guarded([&] {
+        if (object != nullptr)
+            running_session().release(object);
+    });
+}

@@ -1,0 +1,14 @@
+#include "sdk/open/failure.h"
+
+#include <system_error>
+#include <utility>
+
+namespace sdk_open {
+
+failure::failure(error_code_t code, std::string reason) : m_code(code), m_reason(std::move(reason)) {}
+
+std::string system_message(int error_number) {
+    return std::generic_category().message(error_number);
+}
+
+} // namespace sdk_open

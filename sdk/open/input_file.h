@@ -1,0 +1,26 @@
+#pragma once
+
+#include "sdk/open/file_descriptor.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace sdk_open {
+
+// A file opened for reading.
+class input_file final {
+public:
+    // Throws failure: file_not_found where no file can be reached by this name, cannot_open_input where one
+    // can but may not be opened, or is a folder, a pipe or a device.
+    explicit input_file(const std::string& path);
+
+    // The whole contents. Throws failure where reading fails, the file is empty or it is larger than any raw
+    // picture.
+    [[nodiscard]] std::vector<std::byte> read_whole() const;
+
+private:
+    file_descriptor m_file;
+};
+
+} // namespace sdk_open

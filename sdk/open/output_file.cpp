@@ -1,0 +1,97 @@
+#include "sdk/open/output_file.h"
+
+#include "sdk/open/failure.h"
+
+#include <array>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+namespace sdk_open {
+namespace {
+
+// With its separator; empty for a name without a folder.
+std::string folder_of(const std::string& path) {
+    return path.substr(0, path.rfind('/') + 1);
+}
+
+// 80 random bits, so that nobody can put something of that name in the way beforehand.
+std::string random_name(int& error_number) {
+    constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuv";
+    std::array<std::byte, 16> random{};
+    error_number = system_calls::random_bytes(random) == 0 ? 0 : errno;
+    std::string name = ".raw-to-tiff-";
+    for (const std::byte value : random)
+        name += digits[std::to_integer<std::size_t>(value) % digits.size()];
+    return name + ".part";
+}
+
+} // namespace
+
+output_file::output_file(std::string path) : m_path(std::move(path)) {
+    check_target();
+    create_beside_target();
+}
+
+output_file::~output_file() {
+    if (!m_temporary_path.empty())
+        system_calls::remove_file(m_temporary_path);
+}
+
+void output_file::check_target() const {
+    system_calls::file_status status{};
+    if (system_calls::status_of_path(m_path, status) != 0)
+        throw_cannot_write(errno);
+    switch (status.kind) {
+    case system_calls::file_kind_t::missing:
+        return;
+    case system_calls::file_kind_t::regular:
+        if (!system_calls::may_write(m_path))
+            throw_cannot_write(errno);
+        return;
+    case system_calls::file_kind_t::folder:
+        throw_cannot_write(EISDIR);
+    case system_calls::file_kind_t::other:
+        throw failure(error_code_t::cannot_write_output, "cannot write " + m_path + ": not a regular file");
+    }
+}
+
+void output_file::create_beside_target() {
+    int error_number = 0;
+    std::string temporary_path = folder_of(m_path) + random_name(error_number);
+    if (error_number != 0)
+        throw_cannot_write(error_number);
+    file_descriptor file(system_calls::create_new(temporary_path));
+    if (!file.is_open())
+        throw_cannot_write(errno);
+    m_file = std::move(file);
+    m_temporary_path = std::move(temporary_path);
+}
+
+void output_file::throw_cannot_write(int error_number) const {
+    throw failure(error_code_t::cannot_write_output,
+                  "cannot write " + m_path + ": " + system_message(error_number));
+}
+
+void output_file::write_at(std::uint64_t position, std::span<const std::byte> bytes) {
+    while (!bytes.empty()) {
+        const auto count = system_calls::write_some_at(m_file.inq(), position, bytes);
+        if (count <= 0)
+            throw_cannot_write(count == 0 ? ENOSPC : errno);
+        position += static_cast<std::uint64_t>(count);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+}
+
+void output_file::commit() {
+    if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
+        throw_cannot_write(errno);
+    check_target();
+    if (system_calls::rename_over(m_temporary_path, m_path) != 0)
+        throw_cannot_write(errno);
+    m_temporary_path.clear();
+    const std::string folder = folder_of(m_path);
+    system_calls::flush_folder(folder.empty() ? "." : folder);
+}
+
+} // namespace sdk_open

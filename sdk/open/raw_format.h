@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace sdk_open {
+
+enum class raw_format_t {
+    cr2, // a TIFF container, the mosaic as lossless JPEG
+    crw, // a heap of records, the mosaic in the coding of its own
+};
+
+// Tells by the first bytes, whatever the file is called. Throws failure(not_a_raw_picture) for anything else,
+// so also for the raw files of other makers.
+[[nodiscard]] raw_format_t recognise_raw_format(std::span<const std::byte> bytes);
+
+} // namespace sdk_open

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "conversion/edsdk.h"
+#include "sdk/open/input_file.h"
+#include "sdk/open/output_file.h"
+#include "sdk/open/picture_metadata.h"
+#include "sdk/open/raw_decoder.h"
+
+#include <string>
+
+// What a handle stands for.
+struct __EdsObject { // NOLINT(bugprone-reserved-identifier): the SDK's own name, part of its interface
+    __EdsObject() = default;
+    __EdsObject(const __EdsObject&) = delete;
+    __EdsObject& operator=(const __EdsObject&) = delete;
+    virtual ~__EdsObject() = default;
+};
+
+namespace sdk_open {
+
+// A stream on an existing file.
+struct input_stream final : __EdsObject {
+    explicit input_stream(const std::string& path) : file(path) {}
+    input_file file;
+};
+
+// A stream on a file to be made.
+struct output_stream final : __EdsObject {
+    explicit output_stream(std::string path) : file(std::move(path)) {}
+    output_file file;
+};
+
+// A raw picture, decoded and ready to be developed.
+struct raw_image final : __EdsObject {
+    explicit raw_image(std::span<const std::byte> bytes)
+        : decoder(bytes), metadata(collect_metadata(bytes, decoder.inq_data())) {}
+    raw_decoder decoder;
+    picture_metadata metadata;
+};
+
+} // namespace sdk_open

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+// Every call that sdk/open makes to the file system, in one place, so that a build that injects faults needs
+// to replace one source file. Each answers as the system does: a failed call returns -1 (or false) and sets
+// errno. Interrupted calls are repeated here.
+namespace sdk_open::system_calls {
+
+enum class file_kind_t { missing, regular, folder, other };
+
+struct file_status {
+    file_kind_t kind;
+    std::uint64_t size; // bytes; of a regular file only
+};
+
+// Opens for reading without waiting for a writer at the other end of a pipe.
+[[nodiscard]] int open_for_reading(const std::string& path) noexcept;
+
+// Makes a new file and opens it for writing; fails where anything of that name exists, a link included.
+[[nodiscard]] int create_new(const std::string& path) noexcept;
+
+[[nodiscard]] int status_of_open_file(int descriptor, file_status& status) noexcept;
+
+// Does not follow a link; a missing file is no failure but file_kind_t::missing.
+[[nodiscard]] int status_of_path(const std::string& path, file_status& status) noexcept;
+
+[[nodiscard]] bool may_write(const std::string& path) noexcept;
+
+// The number of bytes read, 0 at the end of the file.
+[[nodiscard]] std::ptrdiff_t read_some(int descriptor, std::span<std::byte> target) noexcept;
+
+// The number of bytes written, which may be fewer than asked for.
+[[nodiscard]] std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
+                                           std::span<const std::byte> source) noexcept;
+
+// Returns when the file's contents are on the medium.
+[[nodiscard]] int flush_to_medium(int descriptor) noexcept;
+
+// The same for the names in a folder, as far as the file system can.
+void flush_folder(const std::string& path) noexcept;
+
+// The descriptor is gone whatever the answer is.
+int close_file(int descriptor) noexcept;
+
+[[nodiscard]] int rename_over(const std::string& from, const std::string& to) noexcept;
+int remove_file(const std::string& path) noexcept;
+
+[[nodiscard]] int random_bytes(std::span<std::byte> target) noexcept;
+
+} // namespace sdk_open::system_calls

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "sdk/open/developed_picture.h"
+#include "sdk/open/output_file.h"
+#include "sdk/open/picture_metadata.h"
+
+namespace sdk_open {
+
+// Writes a picture as a TIFF: 16 bits for each of three channels, uncompressed strips, an sRGB profile, the
+// metadata with an EXIF and, where there is one, a GPS directory. The same picture gives the same bytes. The
+// file is not committed yet. Throws failure, or std::bad_alloc.
+void write_tiff(output_file& file, const developed_picture& picture, const picture_metadata& metadata);
+
+} // namespace sdk_open
