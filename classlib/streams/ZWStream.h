@@ -3,6 +3,8 @@
 // The abstract write stream: a formatting state, and one operation through which all bytes leave.
 class ZWStream {
 public:
+    ZWStream(const ZWStream&) = delete;
+    ZWStream& operator=(const ZWStream&) = delete;
     virtual ~ZWStream() = default;
 
     // Takes n bytes for the destination; false when it did not take them.
@@ -16,8 +18,6 @@ public:
 
 protected:
     ZWStream() noexcept = default;
-    ZWStream(const ZWStream&) = delete;
-    ZWStream& operator=(const ZWStream&) = delete;
 
 private:
     int m_error = 0;
