@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <system_error>
 
@@ -24,7 +23,9 @@ std::string read_file(const fs::path& file) {
     std::ifstream stream;
     stream.exceptions(std::ios::failbit | std::ios::badbit);
     stream.open(file, std::ios::binary);
-    return {std::istreambuf_iterator(stream), {}};
+    std::string bytes(fs::file_size(file), '\0');
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
 }
 
 void write_file(const fs::path& file, const std::string& bytes) {
