@@ -3,7 +3,7 @@
 #include "conversion/convert_raw_to_tiff.h"
 
 #include <algorithm>
-#include <regex>
+#include <cstddef>
 #include <string_view>
 
 namespace fs = std::filesystem;
@@ -16,6 +16,13 @@ std::string sdk_text(const fs::path& path) {
     std::string result(text.begin(), text.end());
     std::ranges::replace(result, '/', '\\');
     return result;
+}
+
+// Whether a name is one that copies are given.
+bool is_copy_name(std::string_view name) {
+    constexpr std::string_view characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+    return name.size() == 28 && name.starts_with("KW-") && name.ends_with(".tiff") &&
+           name.substr(3, 20).find_first_not_of(characters) == name.npos;
 }
 
 std::string replaced(std::string text, const std::string& part, std::string_view by) {
@@ -39,13 +46,15 @@ int conversion_fixture::convert() const {
 }
 
 calls_t conversion_fixture::named_calls(const sdk_double& sdk) const {
-    static const std::regex copy(R"(\(TEMP\\KW-[0-9A-Z]{20}\.tiff,)");
+    const std::string temporary = sdk_text(m_temporary) + '\\';
     calls_t calls = sdk.inq_calls();
     for (std::string& call : calls) {
         call = replaced(call, sdk_text(m_raw), "RAW");
         call = replaced(call, sdk_text(m_tiff), "TIFF");
-        call = replaced(call, sdk_text(m_temporary), "TEMP");
-        call = std::regex_replace(call, copy, "(COPY,");
+        const std::size_t at = call.find(temporary);
+        const std::size_t end = call.find(',');
+        if (at < end && is_copy_name(std::string_view(call).substr(0, end).substr(at + temporary.size())))
+            call.replace(at, end - at, "COPY");
     }
     return calls;
 }
