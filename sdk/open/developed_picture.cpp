@@ -59,7 +59,7 @@ developed_picture::developed_picture(raw_decoder& decoder) {
 // and rows, then 2 turns it upside down and 1 mirrors it.
 void developed_picture::place_frame(const raw_decoder& decoder, const libraw_image_sizes_t& developed) {
     const mosaic_area frame = find_camera_frame(decoder.inq_data());
-    const unsigned flip = static_cast<unsigned>(developed.flip);
+    const auto flip = static_cast<unsigned>(developed.flip);
     const std::ptrdiff_t pitch = developed.width;
     std::ptrdiff_t column = static_cast<std::ptrdiff_t>(frame.left) - developed.left_margin;
     std::ptrdiff_t row = static_cast<std::ptrdiff_t>(frame.top) - developed.top_margin;
