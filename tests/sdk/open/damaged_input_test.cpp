@@ -96,7 +96,7 @@ TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
         {"frame without lines", cr2, patch_jpeg(frame, 5, std::string(2, '\0'))},
         {"frame with more lines", cr2, patch_jpeg(frame, 5, "\x01\x46")},
         {"frame with impossible precision", cr2, patch_jpeg(frame, 4, "\x11")},
-        {"scan of a missing table", cr2, patch_jpeg(scan, 6, "\x30")},
+        {"scan of a missing table", cr2, patch_jpeg(scan, 6, "0")},
         {"scan with an unknown predictor", cr2, patch_jpeg(scan, 7, "\x09")},
         {"slices of no width", cr2, patch_slices(std::string("\2\0\0\0\xc8\1", 6))},
         {"slices too wide", cr2, patch_slices(std::string("\2\0\xff\xff\xff\xff", 6))},
