@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -31,7 +32,7 @@ program_run_t program_fixture::run(const words_t& arguments, const words_t& wrap
     words_t command = wrapper;
     command.push_back(PROGRAM);
     command.insert(command.end(), arguments.begin(), arguments.end());
-    return run_program(command);
+    return run_program(std::move(command));
 }
 
 void program_fixture::expect_failure(const std::string& raw, const std::string& tiff, int exit_code,

@@ -10,6 +10,6 @@ struct program_run_t {
     std::string errors;
 };
 
-// Runs a program to its end, found as a shell finds it, with its arguments behind it. Throws
-// std::system_error when it cannot be started.
-[[nodiscard]] program_run_t run_program(const std::vector<std::string>& command);
+// Runs a program, found as a shell finds it, with its arguments behind it. A program that cannot be started
+// has the exit code 127.
+[[nodiscard]] program_run_t run_program(std::vector<std::string> command);

@@ -5,67 +5,40 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 
+namespace fs = std::filesystem;
+
 namespace {
 
-void check(int error, const char* what) {
-    if (error != 0)
-        throw std::system_error(error, std::generic_category(), what);
-}
-
-// Which files take the place of the standard streams.
-class redirection final {
-public:
-    redirection() { check(::posix_spawn_file_actions_init(&m_actions), "posix_spawn_file_actions_init"); }
-    redirection(const redirection&) = delete;
-    redirection& operator=(const redirection&) = delete;
-    ~redirection() { ::posix_spawn_file_actions_destroy(&m_actions); }
-
-    void add(int stream, const std::filesystem::path& file) {
-        check(::posix_spawn_file_actions_addopen(&m_actions, stream, file.c_str(), O_WRONLY | O_CREAT, 0600),
-              "posix_spawn_file_actions_addopen");
-    }
-
-    [[nodiscard]] const posix_spawn_file_actions_t* inq() const noexcept { return &m_actions; }
-
-private:
-    posix_spawn_file_actions_t m_actions{};
-};
-
-std::vector<char*> pointers_to(std::vector<std::string>& arguments) {
-    std::vector<char*> pointers;
-    for (std::string& argument : arguments)
-        pointers.push_back(argument.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-int wait_for(pid_t process) {
-    int status = 0;
-    while (::waitpid(process, &status, 0) < 0)
-        check(errno == EINTR ? 0 : errno, "waitpid");
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+// The end of the child process: becomes the program, or ends with what shells answer for a missing one.
+[[noreturn]] void become(char* const* arguments, const fs::path& output, const fs::path& errors) noexcept {
+    constexpr int flags = O_WRONLY | O_CREAT | O_CLOEXEC;
+    ::dup2(::open(output.c_str(), flags, 0600), STDOUT_FILENO);
+    ::dup2(::open(errors.c_str(), flags, 0600), STDERR_FILENO);
+    ::execvp(arguments[0], arguments);
+    ::_exit(127);
 }
 
 } // namespace
 
-program_run_t run_program(const std::vector<std::string>& command) {
+program_run_t run_program(std::vector<std::string> command) {
     const scratch_folder scratch;
-    const std::filesystem::path output = scratch.inq_path() / "output";
-    const std::filesystem::path errors = scratch.inq_path() / "errors";
-    redirection streams;
-    streams.add(STDOUT_FILENO, output);
-    streams.add(STDERR_FILENO, errors);
+    const fs::path output = scratch.inq_path() / "output";
+    const fs::path errors = scratch.inq_path() / "errors";
+    std::vector<char*> arguments;
+    for (std::string& word : command)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
 
-    std::vector<std::string> arguments = command;
-    pid_t process = 0;
-    check(::posix_spawnp(&process, command.front().c_str(), streams.inq(), nullptr,
-                         pointers_to(arguments).data(), environ),
-          command.front().c_str());
-    const int exit_code = wait_for(process);
-    return {exit_code, read_file(output), read_file(errors)};
+    const pid_t process = ::fork();
+    if (process == 0)
+        become(arguments.data(), output, errors);
+    int status = 0;
+    if (process < 0 || ::waitpid(process, &status, 0) < 0)
+        throw std::system_error(errno, std::generic_category(), command.front());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), read_file(output),
+            read_file(errors)};
 }
