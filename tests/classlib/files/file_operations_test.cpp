@@ -240,7 +240,8 @@ TEST_F(file_operations, creating_folders) {
         EXPECT_EQ(exception.inq_code(), fileerr_no_location);
         EXPECT_TRUE(exception.inq_file().inq_empty());
     }
-    EXPECT_THROW(ZFile::create_folder(ZFileLocation(wide("bare-name"), false)), ZCrtErrorException);
+    for (const char* const no_folder : {"bare-name", "\\"}) // a root is asked for without its separator
+        EXPECT_THROW(ZFile::create_folder(ZFileLocation(wide(no_folder), false)), ZCrtErrorException);
 }
 
 TEST_F(file_operations, running_out_of_memory_changes_nothing) {
