@@ -298,7 +298,7 @@ TEST_F(temporary_paths, delete_their_file_only_when_told) {
         {
             ZTmpPath made(UTF16("x"));
             if (is_told)
-                made.set_delete_on_destroy(true);
+                made.set_delete_on_destroy();
             name = plain(made.inq_path().inq_name());
             write(name, "x");
         }
