@@ -3,23 +3,31 @@
 #include "sdk/open/developed_picture.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/failure_reason.h"
-#include "sdk/open/sdk_session.h"
+#include "sdk/open/handle_table.h"
+#include "sdk/open/open_objects.h"
+#include "sdk/open/system_calls.h"
 #include "sdk/open/tiff_writer.h"
 
 #include <algorithm>
 #include <functional>
 #include <new>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace sdk_open {
 namespace {
 
-// Between EdsInitializeSDK and EdsTerminateSDK.
-std::optional<sdk_session> the_session;
+// What there is between EdsInitializeSDK and EdsTerminateSDK.
+struct session {
+    std::vector<system_calls::file_identity> raw_files; // all that were opened, also if given back since
+    handle_table handles;
+};
+std::optional<session> the_session;
 
-sdk_session& running_session() {
+session& running_session() {
     if (!the_session)
         throw failure(error_code_t::not_initialised, "the SDK is not initialised");
     return *the_session;
@@ -58,12 +66,19 @@ std::string system_path(const char* path) {
     return converted;
 }
 
+__EdsObject* open_input(session& running, const std::string& path) {
+    __EdsObject* const stream = running.handles.make<input_stream>(path);
+    running.raw_files.push_back(running.handles.find<input_stream>(stream).file.inq_identity());
+    return stream;
+}
+
 __EdsObject* make_stream(std::string path, eds_disposition_t disposition) {
+    session& running = running_session();
     switch (disposition) {
     case eds_disposition_t::open_existing:
-        return running_session().make<input_stream>(path);
+        return open_input(running, path);
     case eds_disposition_t::create_always:
-        return running_session().make<output_stream>(std::move(path));
+        return running.handles.make<output_stream>(std::move(path), running.raw_files);
     }
     throw failure(error_code_t::not_supported, "unknown way of opening a file");
 }
@@ -97,8 +112,8 @@ eds_error_t EdsCreateFileStream(const char* path, eds_disposition_t disposition,
 eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
-        sdk_session& session = running_session();
-        *image = session.make<raw_image>(session.find<input_stream>(stream).file.read_whole());
+        handle_table& handles = running_session().handles;
+        *image = handles.make<raw_image>(handles.find<input_stream>(stream).file.read_whole());
     });
 }
 
@@ -109,9 +124,9 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         check_argument(image != nullptr && stream != nullptr);
         if (target != eds_target_t::tiff_16_bit)
             throw failure(error_code_t::not_supported, "only 16-bit TIFF can be written");
-        const sdk_session& session = running_session();
-        auto& source = session.find<raw_image>(image);
-        auto& file = session.find<output_stream>(stream).file;
+        const handle_table& handles = running_session().handles;
+        auto& source = handles.find<raw_image>(image);
+        auto& file = handles.find<output_stream>(stream).file;
         write_tiff(file, developed_picture(source.decoder), source.metadata);
         file.commit();
     });
@@ -120,6 +135,6 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
 eds_error_t EdsRelease(__EdsObject* object) {
     return guarded([&] {
         if (object != nullptr)
-            running_session().release(object);
+            running_session().handles.release(object);
     });
 }

@@ -30,7 +30,7 @@ bool says_no_such_file(int error_number) noexcept {
 }
 
 system_calls::file_status checked_status(const file_descriptor& file) {
-    system_calls::file_status status{};
+    system_calls::file_status status;
     if (system_calls::status_of_open_file(file.inq(), status) != 0)
         throw_cannot_read(errno);
     return status;
@@ -41,8 +41,10 @@ system_calls::file_status checked_status(const file_descriptor& file) {
 input_file::input_file(const std::string& path) : m_file(system_calls::open_for_reading(path)) {
     if (!m_file.is_open())
         throw_cannot_open(errno);
-    switch (checked_status(m_file).kind) {
+    const system_calls::file_status status = checked_status(m_file);
+    switch (status.kind) {
     case system_calls::file_kind_t::regular:
+        m_identity = status.identity;
         return;
     case system_calls::file_kind_t::folder:
         throw failure(error_code_t::cannot_open_input, "it is a folder");

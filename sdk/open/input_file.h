@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sdk/open/file_descriptor.h"
+#include "sdk/open/system_calls.h"
 
 #include <cstddef>
 #include <string>
@@ -19,8 +20,11 @@ public:
     // picture.
     [[nodiscard]] std::vector<std::byte> read_whole() const;
 
+    [[nodiscard]] const system_calls::file_identity& inq_identity() const noexcept { return m_identity; }
+
 private:
     file_descriptor m_file;
+    system_calls::file_identity m_identity{};
 };
 
 } // namespace sdk_open

@@ -2,6 +2,7 @@
 
 #include "sdk/open/failure.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string_view>
@@ -28,7 +29,8 @@ std::string random_name(int& error_number) {
 
 } // namespace
 
-output_file::output_file(std::string path) : m_path(std::move(path)) {
+output_file::output_file(std::string path, const std::vector<system_calls::file_identity>& raw_files)
+    : m_path(std::move(path)), m_raw_files(raw_files) {
     check_target();
     create_beside_target();
 }
@@ -39,20 +41,22 @@ output_file::~output_file() {
 }
 
 void output_file::check_target() const {
-    system_calls::file_status status{};
+    system_calls::file_status status;
     if (system_calls::status_of_path(m_path, status) != 0)
-        throw_cannot_write(errno);
+        throw_errno();
     switch (status.kind) {
     case system_calls::file_kind_t::missing:
         return;
     case system_calls::file_kind_t::regular:
+        if (std::ranges::find(m_raw_files, status.identity) != m_raw_files.end())
+            throw_cannot_write("it is the raw file itself");
         if (!system_calls::may_write(m_path))
-            throw_cannot_write(errno);
+            throw_errno();
         return;
     case system_calls::file_kind_t::folder:
-        throw_cannot_write(EISDIR);
+        throw_cannot_write(system_message(EISDIR));
     case system_calls::file_kind_t::other:
-        throw failure(error_code_t::cannot_write_output, "cannot write " + m_path + ": not a regular file");
+        throw_cannot_write("not a regular file");
     }
 }
 
@@ -60,24 +64,27 @@ void output_file::create_beside_target() {
     int error_number = 0;
     std::string temporary_path = folder_of(m_path) + random_name(error_number);
     if (error_number != 0)
-        throw_cannot_write(error_number);
+        throw_cannot_write(system_message(error_number));
     file_descriptor file(system_calls::create_new(temporary_path));
     if (!file.is_open())
-        throw_cannot_write(errno);
+        throw_errno();
     m_file = std::move(file);
     m_temporary_path = std::move(temporary_path);
 }
 
-void output_file::throw_cannot_write(int error_number) const {
-    throw failure(error_code_t::cannot_write_output,
-                  "cannot write " + m_path + ": " + system_message(error_number));
+void output_file::throw_cannot_write(const std::string& why) const {
+    throw failure(error_code_t::cannot_write_output, "cannot write " + m_path + ": " + why);
+}
+
+void output_file::throw_errno() const {
+    throw_cannot_write(system_message(errno));
 }
 
 void output_file::write_at(std::uint64_t position, std::span<const std::byte> bytes) {
     while (!bytes.empty()) {
         const auto count = system_calls::write_some_at(m_file.inq(), position, bytes);
         if (count <= 0)
-            throw_cannot_write(count == 0 ? ENOSPC : errno);
+            throw_cannot_write(system_message(count == 0 ? ENOSPC : errno));
         position += static_cast<std::uint64_t>(count);
         bytes = bytes.subspan(static_cast<std::size_t>(count));
     }
@@ -86,10 +93,10 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
 void output_file::commit() {
     const std::string folder = m_path.find('/') == std::string::npos ? "." : folder_of(m_path);
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
-        throw_cannot_write(errno);
+        throw_errno();
     check_target();
     if (system_calls::rename_over(m_temporary_path, m_path) != 0)
-        throw_cannot_write(errno);
+        throw_errno();
     // The file is there: from here on nothing may fail.
     m_temporary_path.clear();
     system_calls::flush_folder(folder);

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "sdk/open/file_descriptor.h"
+#include "sdk/open/system_calls.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace sdk_open {
 
@@ -17,8 +19,9 @@ namespace sdk_open {
 class output_file final {
 public:
     // Throws at once where the target cannot be replaced: it is a folder, a link or no regular file, it is
-    // write-protected, or its folder is missing or may not be written.
-    explicit output_file(std::string path);
+    // write-protected, it is one of the raw files under whatever name, or its folder is missing or may not be
+    // written. The list of raw files must outlive the output file.
+    output_file(std::string path, const std::vector<system_calls::file_identity>& raw_files);
     output_file(const output_file&) = delete;
     output_file& operator=(const output_file&) = delete;
     ~output_file();
@@ -32,9 +35,11 @@ public:
 private:
     void check_target() const;
     void create_beside_target();
-    [[noreturn]] void throw_cannot_write(int error_number) const;
+    [[noreturn]] void throw_cannot_write(const std::string& why) const;
+    [[noreturn]] void throw_errno() const;
 
     std::string m_path;
+    const std::vector<system_calls::file_identity>& m_raw_files;
     std::string m_temporary_path; // empty while there is no such file
     file_descriptor m_file;
 };

@@ -20,8 +20,9 @@ auto repeated_when_interrupted(Call call) noexcept {
 
 file_status described(const struct stat& found) noexcept {
     if (S_ISREG(found.st_mode))
-        return {file_kind_t::regular, static_cast<std::uint64_t>(found.st_size)};
-    return {S_ISDIR(found.st_mode) ? file_kind_t::folder : file_kind_t::other, 0};
+        return {
+            file_kind_t::regular, static_cast<std::uint64_t>(found.st_size), {found.st_dev, found.st_ino}};
+    return {S_ISDIR(found.st_mode) ? file_kind_t::folder : file_kind_t::other};
 }
 
 } // namespace
@@ -54,7 +55,7 @@ int status_of_path(const std::string& path, file_status& status) noexcept {
     }
     if (errno != ENOENT)
         return -1;
-    status = {file_kind_t::missing, 0};
+    status = {};
     return 0;
 }
 

@@ -12,9 +12,18 @@ namespace sdk_open::system_calls {
 
 enum class file_kind_t { missing, regular, folder, other };
 
+// The same for all names of a file, links included; different for two files that exist at the same time.
+struct file_identity {
+    std::uint64_t device;
+    std::uint64_t number;
+
+    [[nodiscard]] bool operator==(const file_identity&) const = default;
+};
+
 struct file_status {
-    file_kind_t kind;
-    std::uint64_t size; // bytes; of a regular file only
+    file_kind_t kind = file_kind_t::missing;
+    std::uint64_t size = 0;   // bytes; of a regular file only
+    file_identity identity{}; // of a regular file only
 };
 
 // Opens for reading without waiting for a writer at the other end of a pipe.

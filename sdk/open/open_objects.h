@@ -5,8 +5,13 @@
 #include "sdk/open/output_file.h"
 #include "sdk/open/picture_metadata.h"
 #include "sdk/open/raw_decoder.h"
+#include "sdk/open/system_calls.h"
 
+#include <cstddef>
+#include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
 // What a handle stands for.
 struct __EdsObject { // NOLINT(bugprone-reserved-identifier): the SDK's own name, part of its interface
@@ -24,9 +29,10 @@ struct input_stream final : __EdsObject {
     input_file file;
 };
 
-// A stream on a file to be made.
+// A stream on a file to be made, which must be none of the raw files.
 struct output_stream final : __EdsObject {
-    explicit output_stream(std::string path) : file(std::move(path)) {}
+    output_stream(std::string path, const std::vector<system_calls::file_identity>& raw_files)
+        : file(std::move(path), raw_files) {}
     output_file file;
 };
 

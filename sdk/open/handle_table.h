@@ -1,19 +1,20 @@
 #pragma once
 
 #include "sdk/open/failure.h"
-#include "sdk/open/sdk_object.h"
+#include "sdk/open/open_objects.h"
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace sdk_open {
 
-// Owns what was handed out between EdsInitializeSDK and EdsTerminateSDK. A handle that is unknown, of another
-// kind or already given back is an error, never a guess.
-class sdk_session final {
+// Owns the objects that were handed out. A handle that is unknown, of another kind or already given back is
+// an error, never a guess.
+class handle_table final {
 public:
-    // Makes an object and keeps it; the handle stays valid until release() or the session's end.
+    // Makes an object and keeps it; the handle stays valid until release() or the table's end.
     template <typename Object, typename... Arguments>
     [[nodiscard]] __EdsObject* make(Arguments&&... arguments) {
         m_objects.push_back(std::make_unique<Object>(std::forward<Arguments>(arguments)...));
