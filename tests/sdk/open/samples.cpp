@@ -1,5 +1,6 @@
 #include "tests/sdk/open/samples.h"
 
+#include <cstdlib>
 #include <span>
 
 std::filesystem::path sample(std::string_view name) {
@@ -11,7 +12,8 @@ std::filesystem::path truth_of(std::string_view name) {
 }
 
 std::filesystem::path real_sample() {
-    return "/usr/share/doc/rawtran/IMG_5952.CR2";
+    const char* const given = std::getenv("RAW_TO_TIFF_SAMPLE");
+    return given != nullptr ? given : "/usr/share/doc/rawtran/IMG_5952.CR2";
 }
 
 std::vector<std::byte> bytes_of(const std::string& text) {

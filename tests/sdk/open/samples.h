@@ -12,7 +12,8 @@
 // The picture that a perfect conversion of it gives.
 [[nodiscard]] std::filesystem::path truth_of(std::string_view name);
 
-// A real camera's picture (an EOS 30D), which Debian's package rawtran-doc installs.
+// A real camera's picture (an EOS 30D): the file that RAW_TO_TIFF_SAMPLE names, or else where Debian's
+// package rawtran-doc installs it.
 [[nodiscard]] std::filesystem::path real_sample();
 
 [[nodiscard]] std::vector<std::byte> bytes_of(const std::string& text);
