@@ -4,9 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <ctime>
+#include <numeric>
 #include <string_view>
+#include <tiff.h>
 
 namespace sdk_open {
 namespace {
@@ -33,51 +34,61 @@ std::string date_time_of(std::time_t seconds) {
     return length == regular_length ? std::string(text.data(), length) : std::string();
 }
 
-template <typename Number, std::size_t Count>
-field_array array_of(const std::array<Number, Count>& numbers) {
-    field_array values{Count, std::vector<std::byte>(sizeof numbers)};
-    std::memcpy(values.bytes.data(), numbers.data(), sizeof numbers);
-    return values;
+using field_list = std::vector<metadata_field>;
+
+void add_text(field_list& fields, std::uint16_t tag, const std::string& text) {
+    if (!text.empty())
+        fields.push_back(text_field(tag, text));
 }
 
-class field_list final {
-public:
-    void add(std::uint32_t tag, const std::string& text) {
-        if (!text.empty())
-            m_fields.push_back({tag, text});
-    }
+// Whether a number is known (not 0) and what a lens or a shutter may have.
+bool is_sensible(float number) noexcept {
+    return number >= 1e-6F && number <= 1e6F;
+}
 
-    // Leaves out what is not known (0) or no number.
-    void add(std::uint32_t tag, float number) {
-        if (std::isfinite(number) && number > 0)
-            m_fields.push_back({tag, static_cast<double>(number)});
-    }
+// The next fraction with this denominator, in lowest terms: 7.09375 and 32 give 227/32.
+rational fraction(float number, std::uint32_t denominator) {
+    const auto numerator = static_cast<std::uint32_t>(std::lround(number * static_cast<float>(denominator)));
+    const std::uint32_t common = std::max(1U, std::gcd(numerator, denominator));
+    return {numerator / common, denominator / common};
+}
 
-    void add(std::uint32_t tag, field_array values) { m_fields.push_back({tag, std::move(values)}); }
-
-    [[nodiscard]] std::vector<metadata_field> take() noexcept { return std::move(m_fields); }
-
-private:
-    std::vector<metadata_field> m_fields;
-};
+// Shutters are set to 1/n of a second or to tenths of one; the camera stores a logarithm, which comes out as
+// something close.
+rational exposure_time(float seconds) {
+    constexpr float shortest_in_tenths = 0.29F;
+    if (seconds < shortest_in_tenths)
+        return {1, static_cast<std::uint32_t>(std::lround(1 / seconds))};
+    return fraction(seconds, 10);
+}
 
 void add_exposure(field_list& fields, const libraw_imgother_t& shot) {
-    fields.add(EXIFTAG_EXPOSURETIME, shot.shutter);
-    fields.add(EXIFTAG_FNUMBER, shot.aperture);
-    fields.add(EXIFTAG_FOCALLENGTH, shot.focal_len);
+    constexpr std::uint32_t aperture_steps = 10;
+    constexpr std::uint32_t focal_length_steps = 32; // what the cameras count in
+    if (is_sensible(shot.shutter))
+        fields.push_back(rational_field(EXIFTAG_EXPOSURETIME, std::array{exposure_time(shot.shutter)}));
+    if (is_sensible(shot.aperture))
+        fields.push_back(
+            rational_field(EXIFTAG_FNUMBER, std::array{fraction(shot.aperture, aperture_steps)}));
+    if (is_sensible(shot.focal_len))
+        fields.push_back(
+            rational_field(EXIFTAG_FOCALLENGTH, std::array{fraction(shot.focal_len, focal_length_steps)}));
     if (shot.iso_speed >= 1 && shot.iso_speed <= 65535)
-        fields.add(EXIFTAG_ISOSPEEDRATINGS,
-                   array_of(std::array{static_cast<std::uint16_t>(std::lround(shot.iso_speed))}));
+        fields.push_back(
+            short_field(EXIFTAG_ISOSPEEDRATINGS, static_cast<std::uint16_t>(std::lround(shot.iso_speed))));
 }
 
 // The lens by its name and as the four numbers focal length from and to, widest aperture at either.
 void add_lens(field_list& fields, const libraw_lensinfo_t& lens) {
     const std::string name = text_of(lens.Lens);
-    fields.add(EXIFTAG_LENSMODEL, name.empty() ? text_of(lens.makernotes.Lens) : name);
+    add_text(fields, EXIFTAG_LENSMODEL, name.empty() ? text_of(lens.makernotes.Lens) : name);
     const auto& maker = lens.makernotes;
     const std::array numbers = {maker.MinFocal, maker.MaxFocal, maker.MaxAp4MinFocal, maker.MaxAp4MaxFocal};
-    if (std::ranges::all_of(numbers, [](float number) { return std::isfinite(number) && number > 0; }))
-        fields.add(EXIFTAG_LENSSPECIFICATION, array_of(numbers));
+    if (!std::ranges::all_of(numbers, is_sensible))
+        return;
+    std::array<rational, numbers.size()> tenths{};
+    std::ranges::transform(numbers, tenths.begin(), [](float number) { return fraction(number, 10); });
+    fields.push_back(rational_field(EXIFTAG_LENSSPECIFICATION, tenths));
 }
 
 } // namespace
@@ -88,12 +99,12 @@ picture_metadata read_decoder_metadata(const libraw_data_t& decoded) {
     found.model = full_model(found.make, text_of(decoded.idata.model));
     found.date_time = date_time_of(decoded.other.timestamp);
     found.artist = text_of(decoded.other.artist);
-    field_list fields;
-    fields.add(EXIFTAG_DATETIMEORIGINAL, found.date_time);
-    fields.add(EXIFTAG_DATETIMEDIGITIZED, found.date_time);
-    add_exposure(fields, decoded.other);
-    add_lens(fields, decoded.lens);
-    found.exif = fields.take();
+    found.exif.push_back(undefined_field(EXIFTAG_EXIFVERSION, "0230"));
+    found.exif.push_back(undefined_field(EXIFTAG_FLASHPIXVERSION, "0100"));
+    add_text(found.exif, EXIFTAG_DATETIMEORIGINAL, found.date_time);
+    add_text(found.exif, EXIFTAG_DATETIMEDIGITIZED, found.date_time);
+    add_exposure(found.exif, decoded.other);
+    add_lens(found.exif, decoded.lens);
     return found;
 }
 

@@ -2,31 +2,30 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <string>
-#include <tiffio.h>
-#include <variant>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace sdk_open {
 
-// Several values of one field, laid out as libtiff hands them out and takes them back.
-struct field_array {
-    std::uint32_t count;
-    std::vector<std::byte> bytes;
-};
-
-// A tag and its value: a text, one number, or an array.
+// A tag and its values, as a TIFF directory holds them.
 struct metadata_field {
-    std::uint32_t tag;
-    std::variant<std::string, double, field_array> value;
+    std::uint16_t tag;
+    std::uint16_t type;           // TIFF's number of it, for example 3 for a short
+    std::uint32_t count;          // values, not bytes
+    std::vector<std::byte> bytes; // of all values, each little-endian
 };
 
-// A field of the directory that the file has just read; nothing where it is not there, or where libtiff has
-// no definition of it.
-[[nodiscard]] std::optional<metadata_field> fetch_field(TIFF* file, std::uint32_t tag);
+struct rational {
+    std::uint32_t numerator;
+    std::uint32_t denominator;
+};
 
-// Puts a field into the directory that the file is making. False where libtiff does not take it there.
-[[nodiscard]] bool store_field(TIFF* file, const metadata_field& field);
+// Fields of the types that we make ourselves. A text gets the zero that ends it.
+[[nodiscard]] metadata_field text_field(std::uint16_t tag, std::string_view text);
+[[nodiscard]] metadata_field undefined_field(std::uint16_t tag, std::string_view bytes);
+[[nodiscard]] metadata_field short_field(std::uint16_t tag, std::uint16_t value);
+[[nodiscard]] metadata_field long_field(std::uint16_t tag, std::uint32_t value);
+[[nodiscard]] metadata_field rational_field(std::uint16_t tag, std::span<const rational> values);
 
 } // namespace sdk_open

@@ -5,6 +5,8 @@
 #include "sdk/open/raw_format.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <tiff.h>
 #include <utility>
 
 namespace sdk_open {
@@ -15,8 +17,8 @@ void fill_in(std::string& text, std::string&& other) {
         text = std::move(other);
 }
 
-bool has_field(const std::vector<metadata_field>& fields, std::uint32_t tag) {
-    return std::ranges::any_of(fields, [tag](const metadata_field& field) { return field.tag == tag; });
+bool has_field(const std::vector<metadata_field>& fields, std::uint16_t tag) {
+    return std::ranges::find(fields, tag, &metadata_field::tag) != fields.end();
 }
 
 // What the file says of itself comes first, what the decoder makes of it fills the gaps. Not of the times,

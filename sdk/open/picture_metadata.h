@@ -12,6 +12,7 @@ namespace sdk_open {
 
 // What is told about a picture besides its pixels. Texts are empty where nothing is known.
 struct picture_metadata {
+    std::string description;
     std::string make;
     std::string model;
     std::string date_time; // "2009:07:21 13:03:20", the camera's own time

@@ -2,12 +2,18 @@
 
 #include "sdk/open/colour_profile.h"
 #include "sdk/open/failure.h"
+#include "sdk/open/metadata_field.h"
+#include "sdk/open/tiff_directory.h"
 #include "sdk/open/tiff_handle.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
-#include <string_view>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace sdk_open {
 namespace {
@@ -18,6 +24,14 @@ public:
     explicit file_sink(output_file& file) noexcept : m_file(file) {}
 
     [[nodiscard]] tiff_storage inq_storage() noexcept { return {this, refuse_to_read, write, seek, size}; }
+
+    [[nodiscard]] std::uint64_t inq_size() const noexcept { return m_size; }
+
+    // Writes at the file's end, past libtiff.
+    void append(std::span<const std::byte> bytes) {
+        m_file.write_at(m_size, bytes);
+        m_size += bytes.size();
+    }
 
     void rethrow() const {
         if (m_failure)
@@ -63,17 +77,14 @@ public:
         check(m_tiff != nullptr);
     }
 
-    // The directories of fields come first, so that the picture's own can say where they are.
+    // The directories of fields come first, right behind the header of the file: then the picture's own,
+    // which libtiff puts at the end, can say where they are.
     void write(const developed_picture& picture, const picture_metadata& metadata) {
-        const std::uint64_t exif = write_exif(picture, metadata.exif);
-        const std::uint64_t gps = metadata.gps.empty() ? 0 : write_gps(metadata.gps);
-        TIFFFreeDirectory(file());
-        check(TIFFCreateDirectory(file()) == 0);
         describe_pixels(picture);
         describe_origin(metadata);
-        set(TIFFTAG_EXIFIFD, exif);
-        if (gps != 0)
-            set(TIFFTAG_GPSIFD, gps);
+        set(TIFFTAG_EXIFIFD, append_directory(exif_fields(picture, metadata.exif)));
+        if (!metadata.gps.empty())
+            set(TIFFTAG_GPSIFD, append_directory(metadata.gps));
         write_pixels(picture);
         check(TIFFWriteDirectory(file()) == 1);
         check(TIFFFlush(file()) == 1);
@@ -98,32 +109,25 @@ private:
             set(tag, text.c_str());
     }
 
-    // A field that libtiff will not take is left out.
-    std::uint64_t write_fields(const std::vector<metadata_field>& fields) {
-        for (const metadata_field& field : fields)
-            static_cast<void>(store_field(file(), field));
-        std::uint64_t offset = 0;
-        check(TIFFWriteCustomDirectory(file(), &offset) == 1);
-        return offset;
+    // Answers where in the file it is.
+    std::uint64_t append_directory(const std::vector<metadata_field>& fields) {
+        const std::uint64_t position = m_sink.inq_size();
+        m_sink.append(make_tiff_directory(fields, static_cast<std::uint32_t>(position)));
+        return position;
     }
 
-    std::uint64_t write_exif(const developed_picture& picture, std::vector<metadata_field> fields) {
-        constexpr double srgb = 1;
+    // What the raw file says of its colours and its size does not hold for the finished picture.
+    static std::vector<metadata_field> exif_fields(const developed_picture& picture,
+                                                   std::vector<metadata_field> fields) {
+        constexpr std::uint16_t srgb = 1;
         std::erase_if(fields, [](const metadata_field& field) {
             return field.tag == EXIFTAG_COLORSPACE || field.tag == EXIFTAG_PIXELXDIMENSION ||
                    field.tag == EXIFTAG_PIXELYDIMENSION;
         });
-        fields.push_back({EXIFTAG_COLORSPACE, srgb});
-        fields.push_back({EXIFTAG_PIXELXDIMENSION, static_cast<double>(picture.inq_width())});
-        fields.push_back({EXIFTAG_PIXELYDIMENSION, static_cast<double>(picture.inq_height())});
-        check(TIFFCreateEXIFDirectory(file()) == 0);
-        return write_fields(fields);
-    }
-
-    std::uint64_t write_gps(const std::vector<metadata_field>& fields) {
-        TIFFFreeDirectory(file());
-        check(TIFFCreateGPSDirectory(file()) == 0);
-        return write_fields(fields);
+        fields.push_back(short_field(EXIFTAG_COLORSPACE, srgb));
+        fields.push_back(long_field(EXIFTAG_PIXELXDIMENSION, picture.inq_width()));
+        fields.push_back(long_field(EXIFTAG_PIXELYDIMENSION, picture.inq_height()));
+        return fields;
     }
 
     void describe_pixels(const developed_picture& picture) {
@@ -147,6 +151,7 @@ private:
     }
 
     void describe_origin(const picture_metadata& metadata) {
+        set_text(TIFFTAG_IMAGEDESCRIPTION, metadata.description);
         set_text(TIFFTAG_MAKE, metadata.make);
         set_text(TIFFTAG_MODEL, metadata.model);
         set_text(TIFFTAG_DATETIME, metadata.date_time);
