@@ -6,36 +6,10 @@
 #include "sdk/open/srgb.h"
 
 #include <algorithm>
-#include <future>
 #include <utility>
 
 namespace sdk_open {
 namespace {
-
-void choose_settings(libraw_output_params_t& settings) {
-    constexpr int adaptive_homogeneity_directed = 3;
-    settings.use_camera_wb = 1;
-    settings.highlight = 0;
-    settings.no_auto_bright = 1;
-    settings.adjust_maximum_thr = 0; // else a picture without white in it would be brightened
-    settings.user_qual = adaptive_homogeneity_directed;
-    settings.output_color = 0; // stays in the camera's colours
-}
-
-void develop_area(raw_decoder& decoder, const mosaic_area& area) {
-    auto& rawdata = decoder.inq_data().rawdata;
-    auto& sizes = rawdata.sizes;
-    rawdata.iparams.filters =
-        move_filters(rawdata.iparams.filters, static_cast<int>(area.left) - sizes.left_margin,
-                     static_cast<int>(area.top) - sizes.top_margin);
-    sizes.left_margin = static_cast<std::uint16_t>(area.left);
-    sizes.top_margin = static_cast<std::uint16_t>(area.top);
-    sizes.width = static_cast<std::uint16_t>(area.width);
-    sizes.height = static_cast<std::uint16_t>(area.height);
-    choose_settings(decoder.inq_data().params);
-    // LibRaw's threads belong to the thread that calls it and end with it: none stays behind in the host.
-    std::async(std::launch::async, [&decoder] { decoder.develop(); }).get();
-}
 
 std::uint16_t clipped(float value) noexcept {
     return static_cast<std::uint16_t>(std::clamp(value + 0.5F, 0.0F, 65535.0F));
@@ -46,7 +20,7 @@ std::uint16_t clipped(float value) noexcept {
 developed_picture::developed_picture(raw_decoder& decoder) {
     if (!decoder.knows_colours() || decoder.inq_data().rawdata.iparams.colors != channels)
         throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
-    develop_area(decoder, find_lit_area(decoder.inq_data()));
+    decoder.develop(find_lit_area(decoder.inq_data()));
     const libraw_data_t& data = decoder.inq_data();
     smooth_colours(data.image, data.sizes.width, data.sizes.height);
     place_frame(decoder, data.sizes);

@@ -14,6 +14,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -49,6 +50,8 @@ eds_error_t guarded(Body&& body) noexcept {
         return failed(problem.inq_code(), problem.what());
     } catch (const std::bad_alloc&) {
         return failed(error_code_t::out_of_memory, "not enough memory");
+    } catch (const std::system_error& problem) {
+        return failed(error_code_t::failed, problem.what());
     } catch (...) {
         return failed(error_code_t::failed, "internal error");
     }

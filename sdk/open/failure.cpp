@@ -7,6 +7,10 @@ namespace sdk_open {
 
 failure::failure(error_code_t code, std::string reason) : m_code(code), m_reason(std::move(reason)) {}
 
+void throw_damaged(const char* reason) {
+    throw failure(error_code_t::damaged_picture, reason);
+}
+
 std::string system_message(int error_number) {
     return std::generic_category().message(error_number);
 }

@@ -35,6 +35,8 @@ private:
     std::string m_reason;
 };
 
+[[noreturn]] void throw_damaged(const char* reason);
+
 // The system's own words for an errno value, for example "No space left on device".
 [[nodiscard]] std::string system_message(int error_number);
 

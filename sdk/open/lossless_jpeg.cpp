@@ -17,10 +17,6 @@ constexpr unsigned start_of_frame_lossless = 0xffc3;
 constexpr unsigned define_huffman_tables = 0xffc4;
 constexpr unsigned start_of_scan = 0xffda;
 
-[[noreturn]] void throw_damaged(const char* reason) {
-    throw failure(error_code_t::damaged_picture, reason);
-}
-
 [[noreturn]] void throw_cut_off() {
     throw_damaged("the pixel data end early");
 }

@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::uint64_t most_samples = 400'000'000;
 
-[[noreturn]] void throw_damaged(const char* reason) {
-    throw failure(error_code_t::damaged_picture, reason);
-}
-
 [[noreturn]] void throw_no_picture() {
     throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
 }

@@ -1,21 +1,20 @@
 #include "sdk/open/raw_decoder.h"
 
+#include "sdk/open/decoder_threads.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/pixel_data_check.h"
 
 #include <algorithm>
+#include <future>
 #include <iterator>
 #include <new>
-#include <thread>
+#include <string>
+#include <system_error>
 
 namespace sdk_open {
 namespace {
 
 constexpr unsigned most_raw_memory = 1024; // MiB
-
-[[noreturn]] void throw_damaged(const char* reason) {
-    throw failure(error_code_t::damaged_picture, reason);
-}
 
 void check(int libraw_answer) {
     switch (libraw_answer) {
@@ -66,8 +65,7 @@ void try_memory_for_mosaic(const libraw_image_sizes_t& sizes) {
 void try_memory_for_picture(const libraw_image_sizes_t& sizes) {
     constexpr std::size_t pixel_size = 4 * sizeof(std::uint16_t);
     constexpr std::size_t for_each_thread = 16 << 20; // a stack and a tile
-    const std::size_t threads = std::max(1U, std::thread::hardware_concurrency());
-    try_memory(std::size_t{sizes.height} * sizes.width * pixel_size + threads * for_each_thread);
+    try_memory(std::size_t{sizes.height} * sizes.width * pixel_size + inq_thread_count() * for_each_thread);
 }
 
 } // namespace
@@ -88,7 +86,7 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
         m_libraw->get_internal_data_pointer()->unpacker_data.data_error != 0)
         throw_damaged("the pixel data are damaged");
     pixel_data.after_decoding(static_cast<std::size_t>(stream.tell()));
-    correct_white_level(inq_data().rawdata.color, pixel_data.inq_precision());
+    correct_white_level(m_libraw->imgdata.rawdata.color, pixel_data.inq_precision());
     m_libraw->get_internal_data_pointer()->internal_data.input = nullptr; // the stream ends here
 }
 
@@ -102,7 +100,44 @@ bool raw_decoder::knows_colours() const noexcept {
     return inq_data().rawdata.ioparams.raw_color == 0;
 }
 
-void raw_decoder::develop() {
+void raw_decoder::choose_area(const mosaic_area& area) noexcept {
+    auto& rawdata = m_libraw->imgdata.rawdata;
+    auto& sizes = rawdata.sizes;
+    rawdata.iparams.filters =
+        move_filters(rawdata.iparams.filters, static_cast<int>(area.left) - sizes.left_margin,
+                     static_cast<int>(area.top) - sizes.top_margin);
+    sizes.left_margin = static_cast<std::uint16_t>(area.left);
+    sizes.top_margin = static_cast<std::uint16_t>(area.top);
+    sizes.width = static_cast<std::uint16_t>(area.width);
+    sizes.height = static_cast<std::uint16_t>(area.height);
+}
+
+void raw_decoder::choose_settings() noexcept {
+    constexpr int adaptive_homogeneity_directed = 3;
+    auto& settings = m_libraw->imgdata.params;
+    settings.use_camera_wb = 1;
+    settings.highlight = 0;
+    settings.no_auto_bright = 1;
+    settings.adjust_maximum_thr = 0; // else a picture without white in it would be brightened
+    settings.user_qual = adaptive_homogeneity_directed;
+    settings.output_color = 0; // stays in the camera's colours
+}
+
+// LibRaw's threads belong to the thread that calls it and end with it: none stays behind in the host.
+void raw_decoder::develop(const mosaic_area& area) {
+    choose_area(area);
+    choose_settings();
+    std::future<void> development;
+    try {
+        development = std::async(std::launch::async, [this] { run_development(); });
+    } catch (const std::system_error& problem) {
+        throw failure(error_code_t::failed, "cannot start a thread: " + problem.code().message());
+    }
+    development.get();
+}
+
+void raw_decoder::run_development() {
+    limit_threads_to_startable();
     try_memory_for_picture(inq_data().rawdata.sizes);
     check(m_libraw->dcraw_process());
     // Where LibRaw gets no memory for the picture it gives up all that it holds and goes on without a word.

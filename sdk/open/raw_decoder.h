@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sdk/open/camera_frame.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <libraw/libraw.h>
@@ -24,17 +26,22 @@ public:
 
     [[nodiscard]] mosaic_view inq_mosaic() const noexcept;
 
-    // What the decoder knows of the picture and, below rawdata, what developing starts from.
-    [[nodiscard]] libraw_data_t& inq_data() noexcept { return m_libraw->imgdata; }
+    // What the decoder knows of the picture and, once it is developed, its pixels in the camera's colours.
     [[nodiscard]] const libraw_data_t& inq_data() const noexcept { return m_libraw->imgdata; }
 
     // Whether the decoder has the colour matrix of this camera.
     [[nodiscard]] bool knows_colours() const noexcept;
 
-    // Turns the mosaic into a picture with the settings in inq_data().params. Throws like the constructor.
-    void develop();
+    // Turns an area of the mosaic into a picture in the camera's colours: white balance as shot, demosaicing,
+    // no automatic brightening, clipped highlights neutral. No thread outlives it. Throws like the
+    // constructor, also where no thread can be started.
+    void develop(const mosaic_area& area);
 
 private:
+    void choose_area(const mosaic_area& area) noexcept;
+    void choose_settings() noexcept;
+    void run_development();
+
     std::unique_ptr<LibRaw> m_libraw;
 };
 
