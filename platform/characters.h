@@ -9,6 +9,9 @@ namespace platform {
 [[nodiscard]] bool is_space(char c) noexcept;
 [[nodiscard]] bool is_space(utf16_t c) noexcept;
 
+// A letter or a digit.
+[[nodiscard]] bool is_alnum(char c) noexcept;
+
 [[nodiscard]] char to_upper(char c) noexcept;
 [[nodiscard]] utf16_t to_upper(utf16_t c) noexcept;
 

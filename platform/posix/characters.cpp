@@ -26,6 +26,10 @@ bool is_space(utf16_t c) noexcept {
     return std::iswspace(static_cast<std::wint_t>(c)) != 0;
 }
 
+bool is_alnum(char c) noexcept {
+    return std::isalnum(as_byte(c)) != 0;
+}
+
 char to_upper(char c) noexcept {
     return static_cast<char>(std::toupper(as_byte(c)));
 }
