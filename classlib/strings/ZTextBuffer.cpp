@@ -92,7 +92,8 @@ Unit ZTextBuffer<Unit>::inq_char(int index) const noexcept {
 
 template <typename Unit>
 int ZTextBuffer<Unit>::compare(const ZTextBuffer& other) const noexcept {
-    return view().compare(other.view());
+    const int order = view().compare(other.view());
+    return (order > 0) - (order < 0);
 }
 
 template <typename Unit>

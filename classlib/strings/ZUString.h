@@ -47,8 +47,8 @@ public:
     // The unit at an index; 0 outside the text.
     [[nodiscard]] utf16_t inq_char(int index) const noexcept { return m_text.inq_char(index); }
 
-    // Below 0, 0 or above 0 as the text sorts before, with or behind the other, unit by unit. Without case
-    // the units are compared as the C runtime's lower case.
+    // -1, 0 or 1 as the text sorts before, with or behind the other, unit by unit. Without case the units are
+    // compared as the C runtime's lower case.
     [[nodiscard]] int compare(const ZUString& other) const noexcept { return m_text.compare(other.m_text); }
     [[nodiscard]] int compare_no_case(const ZUString& other) const noexcept {
         return m_text.compare_no_case(other.m_text);

@@ -25,7 +25,8 @@ std::int64_t to_time_value(std::tm& local) noexcept {
 std::tm to_local_time(std::int64_t time) noexcept {
     std::tm local{};
     const std::time_t seconds = time;
-    static_cast<void>(::localtime_r(&seconds, &local));
+    if (::localtime_r(&seconds, &local) == nullptr)
+        return {}; // it may have filled some of the fields before it gave up
     return local;
 }
 

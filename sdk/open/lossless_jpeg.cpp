@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <optional>
 #include <vector>
 
@@ -66,35 +67,45 @@ struct headers {
     std::array<code_table, table_count> tables;
 };
 
-// A prefix code: the codes fit into the code space, and each stands for a difference of at most 16 bits.
-void check_prefix_code(const code_table& table) {
-    constexpr unsigned longest_code = 16;
-    constexpr unsigned longest_difference = 16;
-    unsigned space = 1U << longest_code;
+[[noreturn]] void throw_damaged_table() {
+    throw_damaged("a code table of the pixel data is damaged");
+}
+
+// The counts are those of a prefix code: its codes fit into the code space, and there are some.
+void check_counts(std::span<const unsigned> counts) {
+    const auto longest_code = static_cast<unsigned>(counts.size());
+    const unsigned whole_space = 1U << longest_code;
+    unsigned space = whole_space;
     for (unsigned length = 1; length <= longest_code; ++length) {
-        const unsigned taken = table[length - 1] << (longest_code - length);
+        const unsigned taken = counts[length - 1] << (longest_code - length);
         if (taken > space)
-            throw_damaged("a code table of the pixel data is damaged");
+            throw_damaged_table();
         space -= taken;
     }
-    const auto symbols = std::span(table).subspan(longest_code);
-    if (symbols.empty() || *std::max_element(symbols.begin(), symbols.end()) > longest_difference)
-        throw_damaged("a code table of the pixel data is damaged");
+    if (space == whole_space)
+        throw_damaged_table();
+}
+
+code_table read_table(byte_reader& segment) {
+    constexpr std::size_t longest_code = 16;
+    constexpr unsigned longest_difference = 16; // bits
+    code_table table;
+    while (table.size() < longest_code)
+        table.push_back(segment.take_u8());
+    check_counts(table);
+    const std::size_t size = std::accumulate(table.begin(), table.end(), longest_code);
+    while (table.size() < size)
+        if (table.emplace_back(segment.take_u8()) > longest_difference)
+            throw_damaged_table();
+    return table;
 }
 
 void read_tables(byte_reader segment, headers& found) {
     while (!segment.is_empty()) {
         const unsigned class_and_index = segment.take_u8();
         if (class_and_index >= table_count)
-            throw_damaged("a code table of the pixel data is damaged");
-        code_table table;
-        std::size_t symbol_count = 0;
-        for (int length = 1; length <= 16; ++length)
-            symbol_count += table.emplace_back(segment.take_u8());
-        for (std::size_t symbol = 0; symbol < symbol_count; ++symbol)
-            table.push_back(segment.take_u8());
-        check_prefix_code(table);
-        found.tables[class_and_index] = std::move(table);
+            throw_damaged_table();
+        found.tables[class_and_index] = read_table(segment);
     }
 }
 

@@ -19,8 +19,9 @@ bool has_field(const std::vector<metadata_field>& fields, std::uint32_t tag) {
     return std::ranges::any_of(fields, [tag](const metadata_field& field) { return field.tag == tag; });
 }
 
-// What the file says of itself comes first, what the decoder makes of it fills the gaps. Of the times it
-// fills none: they pass through the decoder's idea of the local zone.
+// What the file says of itself comes first, what the decoder makes of it fills the gaps. Not of the times,
+// which pass through the decoder's idea of the local zone, and not of the artist, for whom it takes the
+// camera's owner.
 picture_metadata completed(picture_metadata found, picture_metadata known) {
     fill_in(found.make, std::move(known.make));
     fill_in(found.model, std::move(known.model));

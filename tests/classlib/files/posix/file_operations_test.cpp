@@ -1,0 +1,154 @@
+#include "classlib/errors/ZCrtErrorException.h"
+#include "classlib/files/ZFile.h"
+#include "tests/support/files_fixture.h"
+#include "tests/support/posix/without_privileges.h"
+#include "tests/support/shown_text.h"
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class posix_file_operations : public files_fixture {
+protected:
+    // An operation that leaves a descriptor open would run the process of its host dry.
+    void TearDown() override { EXPECT_EQ(count_descriptors(), m_n_descriptors); }
+
+private:
+    static std::ptrdiff_t count_descriptors() {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+    }
+
+    std::ptrdiff_t m_n_descriptors = count_descriptors();
+};
+
+TEST_F(posix_file_operations, a_link_at_the_target_is_replaced_not_followed) {
+    write("a", "new");
+    write("linked", "precious");
+    fs::create_symlink(path("linked"), path("live"));
+    fs::create_symlink(path("missing"), path("dangling"));
+    for (const char* const target : {"live", "dangling"}) {
+        EXPECT_TRUE(ZFile(file("a")).copy_to(file(target)));
+        EXPECT_FALSE(fs::is_symlink(path(target))) << target;
+        EXPECT_EQ(read(target), "new");
+    }
+    EXPECT_EQ(read("linked"), "precious");
+    EXPECT_EQ(list(), "a dangling linked live ");
+}
+
+TEST_F(posix_file_operations, a_link_to_the_file_itself_is_no_target) {
+    write("a", "a");
+    fs::create_symlink(path("a"), path("symbolic"));
+    fs::create_hard_link(path("a"), path("hard"));
+    for (const char* const target : {"symbolic", "hard"}) {
+        EXPECT_FALSE(ZFile(file("a")).copy_to(file(target))) << target;
+        EXPECT_EQ(read("a"), "a");
+        EXPECT_EQ(list(), "a hard symbolic ");
+    }
+}
+
+TEST_F(posix_file_operations, a_pipe_without_a_writer_keeps_nobody_waiting) {
+    ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
+    write("a", "a");
+    EXPECT_FALSE(ZFile(file("pipe")).copy_to(file("b")));
+    EXPECT_FALSE(ZFile(file("pipe")).inq_same_contents(file("a")));
+    EXPECT_FALSE(ZFile::inq_can_read(file("pipe")));
+    EXPECT_FALSE(ZFile::inq_is_file(file("pipe")));
+    EXPECT_TRUE(ZFile::inq_exists(file("pipe")));
+    EXPECT_EQ(list(), "a pipe ");
+    ZFile::create_folder(folder("pipe"));
+    EXPECT_TRUE(ZFile::inq_is_folder(file("pipe")));
+}
+
+TEST_F(posix_file_operations, a_failed_read_leaves_no_copy) {
+    const ZFile unreadable(
+        {UTF16("\\proc\\self\\mem"), false}); // a regular file whose first page is not mapped
+    ASSERT_TRUE(unreadable.inq_is_file());
+    EXPECT_FALSE(unreadable.copy_to(file("b")));
+    EXPECT_FALSE(unreadable.inq_same_contents(unreadable.inq_location()));
+    EXPECT_EQ(list(), "");
+}
+
+TEST_F(posix_file_operations, a_full_disk_leaves_no_copy) {
+    write("a", std::string(200000, 'x'));
+    const auto copy_with_little_room = [&] {
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100000, 100000};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const bool is_copied = ZFile(file("a")).copy_to(file("b"));
+        ::_exit(is_copied ? 1 : 0);
+    };
+    EXPECT_EXIT(copy_with_little_room(), testing::ExitedWithCode(0), "");
+    EXPECT_EQ(list(), "a ");
+    EXPECT_EQ(read("a")->size(), 200000U);
+}
+
+TEST_F(posix_file_operations, permissions_are_respected) {
+    fs::permissions(path("").parent_path().parent_path(), fs::perms(0755));
+    write("secret", "x");
+    write("readable", "x");
+    make_folder("locked");
+    write("locked/x", "x");
+    fs::permissions(path("secret"), fs::perms(0000));
+    fs::permissions(path("readable"), fs::perms(0444));
+    fs::permissions(path("locked"), fs::perms(0555));
+    {
+        const without_privileges nobody;
+        EXPECT_FALSE(ZFile::inq_can_read(file("secret")));
+        EXPECT_TRUE(ZFile::inq_can_read(file("readable")));
+        EXPECT_FALSE(ZFile::inq_can_write(file("readable")));
+        EXPECT_FALSE(ZFile(file("secret")).copy_to(file("locked/x")));
+        EXPECT_FALSE(ZFile(file("secret")).inq_same_contents(file("readable")));
+        EXPECT_FALSE(ZFile(file("readable")).copy_to(file("locked/y")));
+        EXPECT_FALSE(ZFile(file("readable")).rename_to(file("locked/y")));
+        EXPECT_FALSE(ZFile::delete_file(file("locked/x")));
+        try {
+            ZFile::create_folder(folder("locked/new"));
+            ADD_FAILURE() << "a folder was made in a locked one";
+        } catch (const ZCrtErrorException& exception) {
+            EXPECT_EQ(exception.inq_code(), EACCES);
+        }
+    }
+    EXPECT_EQ(list(), "locked readable secret ");
+    EXPECT_EQ(read("locked/x"), "x");
+}
+
+TEST_F(posix_file_operations, a_file_that_another_process_holds_is_not_free) {
+    write("a", "a");
+    std::array<int, 2> opened{};
+    std::array<int, 2> finish{};
+    ASSERT_EQ(::pipe(opened.data()), 0);
+    ASSERT_EQ(::pipe(finish.data()), 0);
+    const pid_t holder = ::fork();
+    if (holder == 0) {
+        char byte = 'x';
+        ::close(finish[1]);
+        const bool is_open = ::open(path("a").c_str(), O_RDONLY) >= 0;
+        const bool is_told = ::write(opened[1], &byte, 1) == 1 && ::read(finish[0], &byte, 1) == 0;
+        ::_exit(is_open && is_told ? 0 : 1);
+    }
+    char byte = 0;
+    EXPECT_EQ(::read(opened[0], &byte, 1), 1);
+    EXPECT_FALSE(ZFile::inq_can_read(file("a")));
+    EXPECT_FALSE(ZFile::inq_can_write(file("a")));
+    for (const int descriptor : {opened[0], opened[1], finish[0], finish[1]})
+        ::close(descriptor);
+    int status = -1;
+    EXPECT_EQ(::waitpid(holder, &status, 0), holder);
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(ZFile::inq_can_write(file("a")));
+}
+
+} // namespace

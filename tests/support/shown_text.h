@@ -1,0 +1,22 @@
+#pragma once
+
+#include "classlib/strings/ZUString.h"
+#include "platform/utf16.h"
+
+#include <string>
+#include <string_view>
+
+// A text as the tables write it: printable ASCII as it is, every other unit as <E9> or <20AC>. A null text is
+// an empty text.
+[[nodiscard]] std::string plain(const char* text);
+[[nodiscard]] std::string plain(const utf16_t* text);
+
+// The same with the two empty forms told apart: null, '' and 'abc'.
+[[nodiscard]] std::string shown(const char* text);
+[[nodiscard]] std::string shown(const utf16_t* text);
+
+// A string from an ASCII text, made without the widening of ZUString; null for null.
+[[nodiscard]] ZUString wide(const char* ascii);
+
+// The units of a UTF-16 literal.
+[[nodiscard]] std::basic_string<utf16_t> units(std::u16string_view text);

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+
+// Makes a folder, which need not exist, the system's temporary folder for this process; undone at the end of
+// its life.
+class temporary_folder_setting final {
+public:
+    explicit temporary_folder_setting(const std::filesystem::path& folder);
+    temporary_folder_setting(const temporary_folder_setting&) = delete;
+    temporary_folder_setting& operator=(const temporary_folder_setting&) = delete;
+    ~temporary_folder_setting();
+
+private:
+    std::optional<std::filesystem::path> m_old;
+};
