@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr std::int64_t min_growth = 256;
+constexpr int min_growth = 256;
 constexpr int first_refused_length = 10'000'000;
 
 // Null when there is no such block to be had.
@@ -148,12 +148,20 @@ bool ZData::commit(int n) {
 
 bool ZData::append(const void* bytes, int n) {
     const int size = std::max(n, 0);
-    const std::int64_t need = std::int64_t{m_nbytes} + size - m_data_size;
-    ZData old; // the bytes may be the buffer's own: their block stays until they are copied
-    if (need > 0 && !move_to_block(inq_grown_size(need), m_nbytes, old))
-        return false;
+    const int need = size - (m_data_size - m_nbytes);
+    if (need > 0)
+        return append_growing(bytes, size, need);
     std::copy_n(as_bytes(bytes), size, m_data + m_nbytes);
     m_nbytes += size;
+    return true;
+}
+
+bool ZData::append_growing(const void* bytes, int n, int need) {
+    ZData old; // the bytes may be the buffer's own: their block stays until they are copied
+    if (!move_to_block(inq_grown_size(need), m_nbytes, old))
+        return false;
+    std::copy_n(as_bytes(bytes), n, m_data + m_nbytes);
+    m_nbytes += n;
     return true;
 }
 
@@ -214,8 +222,8 @@ void ZData::copy_from(const void* bytes, int n) {
 }
 
 // Doubles the block, or more where that is not enough.
-std::int64_t ZData::inq_grown_size(std::int64_t extra) const noexcept {
-    return m_data_size + std::max({extra, std::int64_t{m_data_size}, min_growth});
+std::int64_t ZData::inq_grown_size(int extra) const noexcept {
+    return std::int64_t{m_data_size} + std::max({extra, m_data_size, min_growth});
 }
 
 bool ZData::reallocate(std::int64_t data_size, int nbytes) {

@@ -107,7 +107,8 @@ public:
 private:
     void hold(unsigned char* block, int n, bool own) noexcept;
     void copy_from(const void* bytes, int n);
-    [[nodiscard]] std::int64_t inq_grown_size(std::int64_t extra) const noexcept;
+    [[nodiscard]] bool append_growing(const void* bytes, int n, int need);
+    [[nodiscard]] std::int64_t inq_grown_size(int extra) const noexcept;
     [[nodiscard]] bool reallocate(std::int64_t data_size, int nbytes);
     [[nodiscard]] bool move_to_block(std::int64_t data_size, int nbytes, ZData& old);
 

@@ -6,9 +6,6 @@
 #include "classlib/strings/ZUString.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
-#include <type_traits>
 
 std::int64_t ZRStream::seek(std::int64_t /*position*/) {
     if (m_error == rstreamerr_ok)
@@ -33,7 +30,7 @@ void ZRStream::set_position(int index, int position, int line) noexcept {
 
 void ZRStream::count_lines(const unsigned char* bytes, int n) noexcept {
     if (m_error == rstreamerr_ok)
-        m_line += static_cast<std::int32_t>(std::count(bytes, bytes + n, static_cast<unsigned char>('\n')));
+        count(m_line, static_cast<int>(std::count(bytes, bytes + n, static_cast<unsigned char>('\n'))));
 }
 
 void ZRStream::set_error(rstreamerr_t error) noexcept {
@@ -85,49 +82,6 @@ bool ZRStream::read_byte(unsigned char& v) {
     v = static_cast<unsigned char>(c);
     consume(1);
     return true;
-}
-
-// A value has as many bytes as its wire form; one that lies within the block is read without a detour.
-template <typename T>
-bool ZRStream::read_big_endian(T& v) {
-    using wire_t = std::conditional_t<sizeof(T) == 2, std::uint16_t, std::uint32_t>;
-    std::array<unsigned char, sizeof(wire_t)> bytes{};
-    if (!read_bytes(bytes.data(), static_cast<int>(bytes.size()), false, nullptr))
-        return false;
-    const wire_t wire = from_big_endian<wire_t>(bytes);
-    if constexpr (std::is_same_v<T, float>)
-        v = std::bit_cast<float>(wire);
-    else
-        v = static_cast<std::conditional_t<std::is_signed_v<T>, std::make_signed_t<wire_t>, wire_t>>(wire);
-    return true;
-}
-
-bool ZRStream::read_int16(short& v) {
-    return read_big_endian(v);
-}
-
-bool ZRStream::read_uint16(unsigned short& v) {
-    return read_big_endian(v);
-}
-
-bool ZRStream::read_int32(int& v) {
-    return read_big_endian(v);
-}
-
-bool ZRStream::read_int32(long& v) {
-    return read_big_endian(v);
-}
-
-bool ZRStream::read_uint32(unsigned int& v) {
-    return read_big_endian(v);
-}
-
-bool ZRStream::read_uint32(unsigned long& v) {
-    return read_big_endian(v);
-}
-
-bool ZRStream::read_float(float& v) {
-    return read_big_endian(v);
 }
 
 bool ZRStream::read_packed_int(unsigned int& v) {

@@ -1,10 +1,16 @@
 #pragma once
 
 #include "classlib/errors/checks.h"
+#include "classlib/streams/big_endian.h"
 #include "classlib/streams/rstreamerr.h"
 
+#include <array>
+#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
+#include <type_traits>
 
 class ZData;
 class ZString;
@@ -73,16 +79,14 @@ public:
             return;
         ZASSERT(m_index < m_size);
         if (m_index < m_size) {
-            m_line += m_buffer[m_index] == '\n' ? 1 : 0;
-            consume(1);
+            consume_character(m_buffer[m_index]);
         }
     }
 
     int get() {
         const int c = peek();
         if (c >= 0) {
-            m_line += c == '\n' ? 1 : 0;
-            consume(1);
+            consume_character(c);
         }
         return c;
     }
@@ -96,13 +100,13 @@ public:
     // Binary values. False leaves the target unchanged. They count no lines unless told to.
     bool read_byte(unsigned char& v);
     bool read_uint8(unsigned char& v) { return read_byte(v); }
-    bool read_int16(short& v);
-    bool read_uint16(unsigned short& v);
-    bool read_int32(int& v);
-    bool read_int32(long& v);
-    bool read_uint32(unsigned int& v);
-    bool read_uint32(unsigned long& v);
-    bool read_float(float& v);
+    bool read_int16(short& v) { return read_big_endian(v); }
+    bool read_uint16(unsigned short& v) { return read_big_endian(v); }
+    bool read_int32(int& v) { return read_big_endian(v); }
+    bool read_int32(long& v) { return read_big_endian(v); }
+    bool read_uint32(unsigned int& v) { return read_big_endian(v); }
+    bool read_uint32(unsigned long& v) { return read_big_endian(v); }
+    bool read_float(float& v) { return read_big_endian(v); }
     bool read_packed_int(unsigned int& v);
 
     // Exactly n bytes, or false with those that there were; got, when not null, receives their number either
@@ -184,20 +188,34 @@ private:
     void drop_block() noexcept;
     [[nodiscard]] int inq_n_unread() const noexcept { return m_index < m_size ? m_size - m_index : 0; }
 
+    // Counts no further than the counters go.
+    static void count(std::int32_t& counter, int n) noexcept {
+        constexpr std::int32_t last = std::numeric_limits<std::int32_t>::max();
+        counter = n < last - counter ? counter + n : last;
+    }
+
     // Moves the cursor over n bytes of the block.
     void consume(int n) noexcept {
         m_index += n;
-        m_position = n < std::numeric_limits<std::int32_t>::max() - m_position
-                         ? m_position + n
-                         : std::numeric_limits<std::int32_t>::max();
+        count(m_position, n);
+    }
+
+    void consume_character(int c) noexcept {
+        consume(1);
+        if (c == '\n')
+            count(m_line, 1);
     }
 
     template <typename T>
     bool read_big_endian(T& v);
+    template <int Base>
+    std::uint64_t read_digits();
     template <typename T>
     ZRStream& extract_integer(T& v);
     template <typename Predicate>
     void collect_while(Predicate is_wanted, ZData& collected);
+    bool collect_line(ZString& out);
+    void consume_line(const unsigned char* first, const unsigned char* line_feed, const unsigned char* last);
     bool take_wide_unit(unsigned int& unit);
 
     const unsigned char* m_buffer = nullptr;
@@ -207,3 +225,26 @@ private:
     std::int32_t m_line = 0;
     rstreamerr_t m_error = rstreamerr_ok;
 };
+
+// A value has as many bytes as its binary form. One that lies in the block is read where it is.
+template <typename T>
+bool ZRStream::read_big_endian(T& v) {
+    using pattern_t = std::conditional_t<sizeof(T) == sizeof(std::uint16_t), std::uint16_t, std::uint32_t>;
+    using value_t = std::conditional_t<std::is_signed_v<T>, std::make_signed_t<pattern_t>, pattern_t>;
+    constexpr std::size_t n_bytes = sizeof(pattern_t);
+
+    std::array<unsigned char, n_bytes> collected;
+    const unsigned char* bytes = collected.data();
+    if (m_error == rstreamerr_ok && inq_n_unread() >= int{n_bytes}) {
+        bytes = m_buffer + m_index;
+        consume(int{n_bytes});
+    } else if (!read_bytes(collected.data(), int{n_bytes}, false, nullptr)) {
+        return false;
+    }
+    const auto pattern = from_big_endian<pattern_t>(std::span<const unsigned char, n_bytes>(bytes, n_bytes));
+    if constexpr (std::is_same_v<T, float>)
+        v = std::bit_cast<float>(pattern);
+    else
+        v = static_cast<value_t>(pattern);
+    return true;
+}

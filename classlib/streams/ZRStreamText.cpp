@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
@@ -49,10 +50,11 @@ bool is_true_character(int c) noexcept {
 }
 
 // The value of a digit of the base, or -1. Above 9 only capital letters are digits.
-int digit_value(int c, int base) noexcept {
+template <int Base>
+int digit_value(int c) noexcept {
     if (is_digit(c))
-        return c - '0' < base ? c - '0' : -1;
-    return base == 16 && c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+        return c - '0' < Base ? c - '0' : -1;
+    return Base == 16 && c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
 }
 
 char unescaped(int c) noexcept {
@@ -82,12 +84,20 @@ void assign(ZString& out, const ZData& collected) {
     assign(out, collected.inq_data(), collected.inq_n_bytes());
 }
 
+// Where a byte stands first, or the end.
 const unsigned char* find_byte(const unsigned char* first, const unsigned char* last, char c) noexcept {
-    return std::find(first, last, static_cast<unsigned char>(c));
+    const auto n = static_cast<std::size_t>(last - first);
+    const void* const found = n > 0 ? std::memchr(first, c, n) : nullptr;
+    return found != nullptr ? static_cast<const unsigned char*>(found) : last;
+}
+
+// A text ends at its first zero byte.
+void assign_text(ZString& out, const unsigned char* first, const unsigned char* last) {
+    assign(out, first, find_byte(first, last, '\0') - first);
 }
 
 // Appends a piece of a line without its carriage returns.
-void collect_line(ZData& line, const unsigned char* first, const unsigned char* last) {
+void collect_without_cr(ZData& line, const unsigned char* first, const unsigned char* last) {
     while (first != last) {
         const unsigned char* const piece_end = find_byte(first, last, '\r');
         if (!line.append(first, static_cast<int>(piece_end - first)))
@@ -230,19 +240,26 @@ std::int64_t ZRStream::read_signed() {
 }
 
 std::uint64_t ZRStream::read_unsigned() {
-    int base = 10;
-    if (peek_non_space() == '0') {
-        advance();
-        const int prefix = peek();
-        if (prefix == 'x' || prefix == 'b') {
-            base = prefix == 'x' ? 16 : 2;
-            advance();
-        }
-    }
+    if (peek_non_space() != '0')
+        return read_digits<10>();
+    advance();
+    const int prefix = peek();
+    if (prefix != 'x' && prefix != 'b')
+        return read_digits<10>();
+    advance();
+    return prefix == 'x' ? read_digits<16>() : read_digits<2>();
+}
+
+template <int Base>
+std::uint64_t ZRStream::read_digits() {
     std::uint64_t value = 0;
-    for (int digit = digit_value(peek(), base); digit >= 0; digit = digit_value(peek(), base)) {
-        value = value * static_cast<unsigned int>(base) + static_cast<unsigned int>(digit);
-        advance();
+    while (digit_value<Base>(peek()) >= 0) { // they may go on in the next block
+        const unsigned char* const first = m_buffer + m_index;
+        const unsigned char* const last = m_buffer + m_size;
+        const unsigned char* c = first;
+        for (int digit = digit_value<Base>(*c); digit >= 0; digit = ++c != last ? digit_value<Base>(*c) : -1)
+            value = value * Base + static_cast<unsigned int>(digit);
+        consume(static_cast<int>(c - first));
     }
     return value;
 }
@@ -295,20 +312,38 @@ bool ZRStream::read_line(ZString& out) {
             out = ZString();
         return false;
     }
+    const unsigned char* const first = m_buffer + m_index;
+    const unsigned char* const last = m_buffer + m_size;
+    const unsigned char* const line_feed = find_byte(first, last, '\n');
+    if (line_feed == last || find_byte(first, line_feed, '\r') != line_feed)
+        return collect_line(out);
+    assign_text(out, first, line_feed); // most lines lie in one block and are copied once
+    consume_line(first, line_feed, last);
+    return true;
+}
+
+// Reads a line that goes on in the next block, or has carriage returns to be left out.
+bool ZRStream::collect_line(ZString& out) {
     ZData line;
     bool is_ended = false;
     while (!is_ended && peek() != end_of_data) {
         const unsigned char* const first = m_buffer + m_index;
         const unsigned char* const last = m_buffer + m_size;
         const unsigned char* const line_feed = find_byte(first, last, '\n');
+        collect_without_cr(line, first, line_feed);
+        consume_line(first, line_feed, last);
         is_ended = line_feed != last;
-        collect_line(line, first, line_feed);
-        consume(static_cast<int>(line_feed - first) + (is_ended ? 1 : 0));
-        m_line += is_ended ? 1 : 0;
     }
-    const unsigned char* const text = line.inq_data();
-    assign(out, text, find_byte(text, text + line.inq_n_bytes(), '\0') - text);
+    assign_text(out, line.inq_data(), line.inq_data() + line.inq_n_bytes());
     return true;
+}
+
+// Moves the cursor behind a line feed, or behind the block when that has none.
+void ZRStream::consume_line(const unsigned char* first, const unsigned char* line_feed,
+                            const unsigned char* last) {
+    consume(static_cast<int>(line_feed - first));
+    if (line_feed != last)
+        consume_character('\n');
 }
 
 // Takes a code unit, low byte first; false at the end of the data, where a lone byte is dropped.

@@ -83,9 +83,9 @@ ZWStream& ZWStream::operator<<(const ZUString& s) {
 
 ZWStream& ZWStream::operator<<(double v) {
     const auto form = has_flag(wsflag_scientific) ? float_text::form_t::exponent : float_text::form_t::fixed;
-    const auto text = float_text::of(v, form, m_precision);
-    if (text)
-        write_text(text->view().data(), static_cast<int>(text->view().size()));
+    const float_text text(v, form, m_precision);
+    if (text.inq_fits())
+        write_text(text.view().data(), static_cast<int>(text.view().size()));
     else
         ZWARNING("Buffer too small");
     return *this;

@@ -4,6 +4,8 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <utility>
 
 // The binary form of fixed-width values: 0x1234 is 12 34, whatever the machine.
 
@@ -16,11 +18,11 @@ template <std::unsigned_integral T>
 }
 
 template <std::unsigned_integral T>
-[[nodiscard]] constexpr T from_big_endian(const std::array<unsigned char, sizeof(T)>& bytes) noexcept {
-    T value = 0;
-    for (std::size_t i = 0; i < sizeof(T); ++i)
-        value = static_cast<T>(value | (static_cast<std::uint64_t>(bytes[i]) << (8 * (sizeof(T) - 1 - i))));
-    return value;
+[[nodiscard]] constexpr T from_big_endian(std::span<const unsigned char, sizeof(T)> bytes) noexcept {
+    return [bytes]<std::size_t... I>(std::index_sequence<I...>) {
+        return static_cast<T>(((T{bytes[I]} << (8 * (sizeof(T) - 1 - I))) | ...)); // one load and one swap
+    }
+    (std::make_index_sequence<sizeof(T)>());
 }
 
 // The variable-length form of an unsigned value below 2^30: the top bits of the first byte say how many bytes

@@ -18,21 +18,21 @@ int point_position_of(std::string_view fixed) noexcept {
     return -static_cast<int>(std::min(decimals.find_first_not_of('0'), decimals.size()));
 }
 
-} // namespace
-
-std::optional<float_text> float_text::of(double v, form_t form, int precision) noexcept {
-    std::optional<float_text> text = float_text();
-    if (!std::isfinite(v))
-        text->set_special(v);
-    else if (form == form_t::exponent ? !text->set_exponent(v, std::max(precision, 1))
-                                      : !text->set_fixed(v, precision))
-        return {};
-    return text;
+// Whether a number with this many digits, and its point that far from them, is sure to fit.
+bool has_room(int precision, int point_position) noexcept {
+    constexpr int max_digits = 512 - 16; // the rest is for sign, point and exponent
+    return precision <= max_digits && precision + std::abs(point_position) <= max_digits;
 }
 
-bool float_text::has_room(int precision, int point_position) noexcept {
-    constexpr int max_digits = max_size - 16; // the rest is for sign, point and exponent
-    return precision <= max_digits && precision + std::abs(point_position) <= max_digits;
+} // namespace
+
+float_text::float_text(double v, form_t form, int precision) noexcept {
+    if (!std::isfinite(v))
+        set_special(v);
+    else if (form == form_t::exponent)
+        set_exponent(v, std::max(precision, 1));
+    else
+        set_fixed(v, precision);
 }
 
 void float_text::set_special(double v) noexcept {
@@ -40,24 +40,23 @@ void float_text::set_special(double v) noexcept {
     m_size = text.copy(m_text.data(), m_text.size());
 }
 
-bool float_text::set_fixed(double v, int precision) noexcept {
+void float_text::set_fixed(double v, int precision) noexcept {
     if (!has_room(precision, 0))
-        return false;
-    char* const end =
+        return;
+    char* end =
         std::to_chars(m_text.data(), m_text.data() + m_text.size(), v, std::chars_format::fixed, precision)
             .ptr;
-    m_size = static_cast<std::size_t>(end - m_text.data());
-    if (!has_room(precision, point_position_of(view())))
-        return false;
+    if (!has_room(precision, point_position_of({m_text.data(), end})))
+        return;
     if (precision == 0)
-        m_text[m_size++] = '.';
-    return true;
+        *end++ = '.';
+    m_size = static_cast<std::size_t>(end - m_text.data());
 }
 
 // The C++ library writes 1.2345e+03 where we write 1.2345e003.
-bool float_text::set_exponent(double v, int precision) noexcept {
+void float_text::set_exponent(double v, int precision) noexcept {
     if (!has_room(precision, 0))
-        return false;
+        return;
     char* const end = std::to_chars(m_text.data(), m_text.data() + m_text.size(), v,
                                     std::chars_format::scientific, precision - 1)
                           .ptr;
@@ -65,7 +64,7 @@ bool float_text::set_exponent(double v, int precision) noexcept {
     int exponent = 0;
     std::from_chars(mark + (mark[1] == '+' ? 2 : 1), end, exponent);
     if (!has_room(precision, exponent + 1))
-        return false;
+        return;
     if (precision == 1)
         *mark++ = '.';
     *mark++ = 'e';
@@ -74,5 +73,4 @@ bool float_text::set_exponent(double v, int precision) noexcept {
     for (const int unit : {100, 10, 1})
         *mark++ = static_cast<char>('0' + std::abs(exponent) / unit % 10);
     m_size = static_cast<std::size_t>(mark - m_text.data());
-    return true;
 }

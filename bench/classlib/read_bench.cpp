@@ -1,0 +1,102 @@
+// Reading from a block in memory, beside code written by hand and the standard streams.
+
+#include "classlib/streams/ZMemoryRStream.h"
+#include "classlib/strings/ZString.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdint>
+#include <cstring>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int n_bytes = 1 << 20;
+
+const std::vector<unsigned char>& inq_bytes() {
+    static const std::vector<unsigned char> bytes = [] {
+        std::vector<unsigned char> filled(n_bytes);
+        for (std::size_t i = 0; i < filled.size(); ++i)
+            filled[i] = static_cast<unsigned char>(i * 7);
+        return filled;
+    }();
+    return bytes;
+}
+
+const std::string& inq_lines() {
+    static const std::string lines = [] {
+        std::string text;
+        while (text.size() < n_bytes)
+            text +=
+                "The quick brown fox jumps over the lazy dog, number " + std::to_string(text.size()) + "\n";
+        return text;
+    }();
+    return lines;
+}
+
+void read_int32(benchmark::State& state) {
+    for (auto _ : state) {
+        ZMemoryRStream in(inq_bytes().data(), n_bytes);
+        int value = 0;
+        while (in.read_int32(value))
+            benchmark::DoNotOptimize(value);
+    }
+}
+BENCHMARK(read_int32);
+
+void peer_memcpy_and_swap(benchmark::State& state) {
+    for (auto _ : state) {
+        const unsigned char* at = inq_bytes().data();
+        for (const unsigned char* const end = at + n_bytes; at != end; at += 4) {
+            std::uint32_t pattern = 0;
+            std::memcpy(&pattern, at, sizeof pattern);
+            int value = static_cast<int>(__builtin_bswap32(pattern));
+            benchmark::DoNotOptimize(value);
+        }
+    }
+}
+BENCHMARK(peer_memcpy_and_swap);
+
+void get_byte(benchmark::State& state) {
+    for (auto _ : state) {
+        ZMemoryRStream in(inq_bytes().data(), n_bytes);
+        for (int c = in.get(); c >= 0; c = in.get())
+            benchmark::DoNotOptimize(c);
+    }
+}
+BENCHMARK(get_byte);
+
+void peer_pointer_walk(benchmark::State& state) {
+    for (auto _ : state) {
+        for (const unsigned char *at = inq_bytes().data(), *end = at + n_bytes; at != end; ++at) {
+            int c = *at;
+            benchmark::DoNotOptimize(c);
+        }
+    }
+}
+BENCHMARK(peer_pointer_walk);
+
+void read_line(benchmark::State& state) {
+    for (auto _ : state) {
+        ZMemoryRStream in(inq_lines().data(), static_cast<int>(inq_lines().size()));
+        ZString line;
+        while (in.read_line(line))
+            benchmark::DoNotOptimize(line);
+    }
+}
+BENCHMARK(read_line);
+
+void peer_getline(benchmark::State& state) {
+    std::istringstream in(inq_lines());
+    for (auto _ : state) {
+        in.clear();
+        in.seekg(0);
+        std::string line;
+        while (std::getline(in, line))
+            benchmark::DoNotOptimize(line);
+    }
+}
+BENCHMARK(peer_getline);
+
+} // namespace
