@@ -10,7 +10,7 @@ namespace {
 
 // Below the size from which the allocator asks the system for fresh pages, which would be all that is
 // measured.
-constexpr int n_bytes = 40000;
+constexpr int n_bytes = 20000;
 constexpr std::array<unsigned char, 100> piece{1, 2, 3};
 
 // Kept apart from the loops that call them, so that the buffers live in memory as those of a caller do.

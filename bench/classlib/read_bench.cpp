@@ -45,12 +45,24 @@ void read_int32(benchmark::State& state) {
 }
 BENCHMARK(read_int32);
 
+// The cursor of the peers stays in memory, where a reader that is handed around has its own.
+struct cursor_t {
+    const unsigned char* at;
+    const unsigned char* end;
+};
+
+cursor_t make_cursor() {
+    return {inq_bytes().data(), inq_bytes().data() + n_bytes};
+}
+
 void peer_memcpy_and_swap(benchmark::State& state) {
     for (auto _ : state) {
-        const unsigned char* at = inq_bytes().data();
-        for (const unsigned char* const end = at + n_bytes; at != end; at += 4) {
+        cursor_t cursor = make_cursor();
+        benchmark::DoNotOptimize(&cursor);
+        while (cursor.at != cursor.end) {
             std::uint32_t pattern = 0;
-            std::memcpy(&pattern, at, sizeof pattern);
+            std::memcpy(&pattern, cursor.at, sizeof pattern);
+            cursor.at += sizeof pattern;
             int value = static_cast<int>(__builtin_bswap32(pattern));
             benchmark::DoNotOptimize(value);
         }
@@ -69,8 +81,10 @@ BENCHMARK(get_byte);
 
 void peer_pointer_walk(benchmark::State& state) {
     for (auto _ : state) {
-        for (const unsigned char *at = inq_bytes().data(), *end = at + n_bytes; at != end; ++at) {
-            int c = *at;
+        cursor_t cursor = make_cursor();
+        benchmark::DoNotOptimize(&cursor);
+        while (cursor.at != cursor.end) {
+            int c = *cursor.at++;
             benchmark::DoNotOptimize(c);
         }
     }

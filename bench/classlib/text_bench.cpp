@@ -43,9 +43,11 @@ BENCHMARK(peer_view_find)->Apply(text_sizes);
 
 void replace_text(benchmark::State& state) {
     const ZUString original = make_text(state.range(0)).c_str();
+    const ZUString search = UTF16("/");
+    const ZUString replacement = UTF16("\\");
     for (auto _ : state) {
         ZUString text = original;
-        text.replace(UTF16("/"), UTF16("\\"));
+        text.replace(search, replacement);
         benchmark::DoNotOptimize(static_cast<const utf16_t*>(text));
     }
 }
@@ -54,11 +56,11 @@ BENCHMARK(replace_text)->Apply(text_sizes);
 // Copies as a value type does, counts, and copies into an array of the exact size, with views for everything.
 void peer_view_replace(benchmark::State& state) {
     const auto original = make_text(state.range(0));
-    const std::basic_string<utf16_t> search = UTF16("/");
-    const std::basic_string<utf16_t> replacement = UTF16("\\");
+    const view_t search = UTF16("/");
+    const view_t replacement = UTF16("\\");
     for (auto _ : state) {
-        std::basic_string<utf16_t> text = original;
-        const view_t old = text;
+        std::basic_string<utf16_t> text = original.c_str();
+        const view_t old = text.c_str();
         std::size_t n_found = 0;
         for (auto at = old.find(search); at != old.npos; at = old.find(search, at + search.size()))
             ++n_found;

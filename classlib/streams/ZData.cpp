@@ -146,17 +146,8 @@ bool ZData::commit(int n) {
     return true;
 }
 
-bool ZData::append(const void* bytes, int n) {
-    const int size = std::max(n, 0);
-    const int need = size - (m_data_size - m_nbytes);
-    if (need > 0)
-        return append_growing(bytes, size, need);
-    std::copy_n(as_bytes(bytes), size, m_data + m_nbytes);
-    m_nbytes += size;
-    return true;
-}
-
-bool ZData::append_growing(const void* bytes, int n, int need) {
+bool ZData::append_growing(const void* bytes, int n) {
+    const int need = n - (m_data_size - m_nbytes);
     ZData old; // the bytes may be the buffer's own: their block stays until they are copied
     if (!move_to_block(inq_grown_size(need), m_nbytes, old))
         return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 class ZRStream;
@@ -80,7 +81,14 @@ public:
         m_data[m_nbytes++] = c;
         return true;
     }
-    [[nodiscard]] bool append(const void* bytes, int n);
+    [[nodiscard]] bool append(const void* bytes, int n) {
+        const int size = n > 0 ? n : 0;
+        if (size > m_data_size - m_nbytes)
+            return append_growing(bytes, size);
+        std::copy_n(static_cast<const unsigned char*>(bytes), size, m_data + m_nbytes);
+        m_nbytes += size;
+        return true;
+    }
     [[nodiscard]] bool append(const ZData& d) { return append(d.m_data, d.m_nbytes); }
     [[nodiscard]] bool append(const ZString& s);
     ZData& operator+=(const ZData& d);
@@ -107,7 +115,7 @@ public:
 private:
     void hold(unsigned char* block, int n, bool own) noexcept;
     void copy_from(const void* bytes, int n);
-    [[nodiscard]] bool append_growing(const void* bytes, int n, int need);
+    [[nodiscard]] bool append_growing(const void* bytes, int n);
     [[nodiscard]] std::int64_t inq_grown_size(int extra) const noexcept;
     [[nodiscard]] bool reallocate(std::int64_t data_size, int nbytes);
     [[nodiscard]] bool move_to_block(std::int64_t data_size, int nbytes, ZData& old);

@@ -30,7 +30,8 @@ bool is_letter(int c) noexcept {
 }
 
 bool is_blank(int c) noexcept {
-    return c != end_of_data && platform::is_space(static_cast<char>(c));
+    const bool is_printed = c > ' ' && c <= '~'; // blank in no locale, and not worth a call
+    return !is_printed && c != end_of_data && platform::is_space(static_cast<char>(c));
 }
 
 bool is_token_character(int c) noexcept {
@@ -76,6 +77,7 @@ void collect(ZData& collected, int c) {
         throw std::bad_alloc();
 }
 
+// The text ends at the first zero byte, if there is one.
 void assign(ZString& out, const unsigned char* bytes, std::ptrdiff_t n) {
     out.set_bytes(bytes, static_cast<unsigned int>(n));
 }
@@ -89,11 +91,6 @@ const unsigned char* find_byte(const unsigned char* first, const unsigned char* 
     const auto n = static_cast<std::size_t>(last - first);
     const void* const found = n > 0 ? std::memchr(first, c, n) : nullptr;
     return found != nullptr ? static_cast<const unsigned char*>(found) : last;
-}
-
-// A text ends at its first zero byte.
-void assign_text(ZString& out, const unsigned char* first, const unsigned char* last) {
-    assign(out, first, find_byte(first, last, '\0') - first);
 }
 
 // Appends a piece of a line without its carriage returns.
@@ -317,7 +314,7 @@ bool ZRStream::read_line(ZString& out) {
     const unsigned char* const line_feed = find_byte(first, last, '\n');
     if (line_feed == last || find_byte(first, line_feed, '\r') != line_feed)
         return collect_line(out);
-    assign_text(out, first, line_feed); // most lines lie in one block and are copied once
+    assign(out, first, line_feed - first); // most lines lie in one block and are copied once
     consume_line(first, line_feed, last);
     return true;
 }
@@ -334,7 +331,7 @@ bool ZRStream::collect_line(ZString& out) {
         consume_line(first, line_feed, last);
         is_ended = line_feed != last;
     }
-    assign_text(out, line.inq_data(), line.inq_data() + line.inq_n_bytes());
+    assign(out, line);
     return true;
 }
 
