@@ -27,6 +27,8 @@ bool has_room(int precision, int point_position) noexcept {
 } // namespace
 
 float_text::float_text(double v, form_t form, int precision) noexcept {
+    if (!has_room(precision, 0))
+        return;
     if (!std::isfinite(v))
         set_special(v);
     else if (form == form_t::exponent)
@@ -41,12 +43,11 @@ void float_text::set_special(double v) noexcept {
 }
 
 void float_text::set_fixed(double v, int precision) noexcept {
-    if (!has_room(precision, 0))
-        return;
     char* end =
         std::to_chars(m_text.data(), m_text.data() + m_text.size(), v, std::chars_format::fixed, precision)
             .ptr;
-    if (!has_room(precision, point_position_of({m_text.data(), end})))
+    const int point_position = v == 0 ? 1 : point_position_of({m_text.data(), end});
+    if (!has_room(precision, point_position))
         return;
     if (precision == 0)
         *end++ = '.';
@@ -55,8 +56,6 @@ void float_text::set_fixed(double v, int precision) noexcept {
 
 // The C++ library writes 1.2345e+03 where we write 1.2345e003.
 void float_text::set_exponent(double v, int precision) noexcept {
-    if (!has_room(precision, 0))
-        return;
     char* const end = std::to_chars(m_text.data(), m_text.data() + m_text.size(), v,
                                     std::chars_format::scientific, precision - 1)
                           .ptr;
