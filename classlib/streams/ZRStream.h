@@ -18,8 +18,8 @@ class ZUString;
 
 // The abstract read stream over a source that delivers bytes in blocks, with one cursor over the current
 // block: it reads binary values, big-endian, as ZWStream writes them, and parses text. A derived class is the
-// source. Where the blocks end makes no difference to anything but peek_bytes, and read_wide_line for blocks
-// of odd sizes.
+// source. Where the blocks end makes no difference to anything but peek_bytes, and to read_wide_line only when
+// a block ends amid a code unit.
 //
 // The first error sticks: while one is set every operation does nothing and answers its failure value: -1,
 // false, 0, or an unchanged target. The end of the data is an error for binary reads (rstreamerr_end_of_data)
@@ -177,8 +177,8 @@ public:
     // the end of the data.
     bool read_line(ZString& out);
 
-    // The same for UTF-16 little-endian text, whose lines end at CR LF, LF CR, CR or LF. Of such a pair the
-    // second half is recognised only within one block.
+    // The same for UTF-16 little-endian text, whose lines end at CR LF, LF CR, CR or LF. The second half of
+    // such a pair is recognised only where both its bytes lie in one block.
     bool read_wide_line(ZUString& out);
 
 private:

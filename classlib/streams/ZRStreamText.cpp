@@ -366,7 +366,7 @@ bool ZRStream::read_wide_line(ZUString& out) {
         const unsigned char partner[] = {static_cast<unsigned char>(unit == '\r' ? '\n' : '\r'), 0};
         unsigned char next[] = {0, 0};
         if (peek_bytes(next, sizeof next) == sizeof next && std::ranges::equal(next, partner))
-            skip(sizeof next);
+            consume(sizeof next); // they lie in the block, and a line feed here is no line of its own
     }
     out = line.c_str();
     return has_data;
