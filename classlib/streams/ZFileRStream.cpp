@@ -11,14 +11,15 @@ constexpr int block_size = 65536;
 
 ZFileRStream::ZFileRStream(const ZFileLocation& location)
     : m_file(platform::file_handle::open_to_read(location.inq_path())),
-      m_source_size(m_file.inq_size()),
+      m_source_size(m_file.is_open() ? m_file.inq_size() : -1),
       m_block(block_size) {
     if (!m_file.is_open())
         set_error(rstreamerr_read_failed);
 }
 
 void ZFileRStream::close() {
-    static_cast<void>(m_file.close());
+    if (m_file.is_open())
+        static_cast<void>(m_file.close());
 }
 
 bool ZFileRStream::fill_buffer(const unsigned char*& block, int& size) {
