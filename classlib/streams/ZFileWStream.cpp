@@ -14,8 +14,8 @@ std::span<const std::byte> as_bytes(const void* data, int n) noexcept {
 } // namespace
 
 ZFileWStream::ZFileWStream(const ZFileLocation& location)
-    : m_file(platform::file_handle::create_to_write(location.inq_path())),
-      m_held(block_size),
+    : m_held(block_size),
+      m_file(platform::file_handle::create_to_write(location.inq_path())),
       m_is_ok(m_file.is_open()) {
     m_held.empty();
 }

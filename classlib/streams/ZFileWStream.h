@@ -25,7 +25,7 @@ public:
 private:
     bool flush();
 
+    ZData m_held; // first, so that no file is created when there is no memory for it
     platform::file_handle m_file;
-    ZData m_held;
     bool m_is_ok;
 };
