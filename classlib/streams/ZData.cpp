@@ -200,10 +200,11 @@ bool ZData::read(ZRStream& s) {
     return set_size(length) && s.read_data(*this, false);
 }
 
+// Without a block there is nothing to count or to own.
 void ZData::hold(unsigned char* block, int n, bool own) noexcept {
-    m_own = own;
-    m_nbytes = n;
-    m_data_size = n;
+    m_own = own && block != nullptr;
+    m_nbytes = block != nullptr ? std::max(n, 0) : 0;
+    m_data_size = m_nbytes;
     m_data = block;
 }
 
