@@ -69,7 +69,10 @@ int main(int argc, char** argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return program.exit(error) == 0 ? 0 : exit_wrong_usage;
+        if (error.get_exit_code() == 0) // an answer to --help or --version
+            return program.exit(error);
+        std::cerr << "raw-to-tiff: " << error.what() << " (see raw-to-tiff --help)\n";
+        return exit_wrong_usage;
     }
     return convert(arguments);
 }

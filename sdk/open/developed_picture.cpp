@@ -1,6 +1,7 @@
 #include "sdk/open/developed_picture.h"
 
 #include "sdk/open/camera_frame.h"
+#include "sdk/open/colour_smoothing.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/srgb.h"
 
@@ -18,7 +19,6 @@ void choose_settings(libraw_output_params_t& settings) {
     settings.no_auto_bright = 1;
     settings.adjust_maximum_thr = 0; // else a picture without white in it would be brightened
     settings.user_qual = adaptive_homogeneity_directed;
-    settings.med_passes = 1;   // takes the coloured fringes off fine detail
     settings.output_color = 0; // stays in the camera's colours
 }
 
@@ -48,6 +48,7 @@ developed_picture::developed_picture(raw_decoder& decoder) {
         throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
     develop_area(decoder, find_lit_area(decoder.inq_data()));
     const libraw_data_t& data = decoder.inq_data();
+    smooth_colours(data.image, data.sizes.width, data.sizes.height);
     place_frame(decoder, data.sizes);
     for (unsigned out = 0; out < channels; ++out)
         std::copy_n(data.color.rgb_cam[out], channels, m_srgb_from_camera[out].begin());
@@ -58,7 +59,7 @@ developed_picture::developed_picture(raw_decoder& decoder) {
 // and rows, then 2 turns it upside down and 1 mirrors it.
 void developed_picture::place_frame(const raw_decoder& decoder, const libraw_image_sizes_t& developed) {
     const mosaic_area frame = find_camera_frame(decoder.inq_data());
-    const unsigned flip = static_cast<unsigned>(developed.flip);
+    const auto flip = static_cast<unsigned>(developed.flip);
     const std::ptrdiff_t pitch = developed.width;
     std::ptrdiff_t column = static_cast<std::ptrdiff_t>(frame.left) - developed.left_margin;
     std::ptrdiff_t row = static_cast<std::ptrdiff_t>(frame.top) - developed.top_margin;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sdk/open/colour_smoothing.h"
 #include "sdk/open/raw_decoder.h"
 
 #include <array>
@@ -28,8 +29,6 @@ public:
     void fetch_row(unsigned row, std::span<std::uint16_t> target) const noexcept;
 
 private:
-    using camera_pixel = std::uint16_t[4];
-
     void place_frame(const raw_decoder& decoder, const libraw_image_sizes_t& developed);
 
     const camera_pixel* m_first = nullptr; // what becomes the upper left pixel

@@ -84,14 +84,15 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
 }
 
 void output_file::commit() {
+    const std::string folder = m_path.find('/') == std::string::npos ? "." : folder_of(m_path);
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
         throw_cannot_write(errno);
     check_target();
     if (system_calls::rename_over(m_temporary_path, m_path) != 0)
         throw_cannot_write(errno);
+    // The file is there: from here on nothing may fail.
     m_temporary_path.clear();
-    const std::string folder = folder_of(m_path);
-    system_calls::flush_folder(folder.empty() ? "." : folder);
+    system_calls::flush_folder(folder);
 }
 
 } // namespace sdk_open

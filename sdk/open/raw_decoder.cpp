@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <thread>
 
 namespace sdk_open {
 namespace {
@@ -50,6 +51,25 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
         color.maximum = static_cast<unsigned>(recorded);
 }
 
+// LibRaw goes on without the memory for a mosaic, and where its demosaicing threads get none for their tiles
+// the whole process ends. So whether there is enough is tried first. Throws std::bad_alloc. (Calling the
+// operators by name keeps the compiler from leaving the attempt out.)
+void try_memory(std::size_t size) {
+    ::operator delete(::operator new(size));
+}
+
+void try_memory_for_mosaic(const libraw_image_sizes_t& sizes) {
+    constexpr std::size_t spare_rows = 8;
+    try_memory((sizes.raw_height + spare_rows) * sizes.raw_width * sizeof(std::uint16_t));
+}
+
+void try_memory_for_picture(const libraw_image_sizes_t& sizes) {
+    constexpr std::size_t pixel_size = 4 * sizeof(std::uint16_t);
+    constexpr std::size_t for_each_thread = 16 << 20; // a stack and a tile
+    const std::size_t threads = std::max(1U, std::thread::hardware_concurrency());
+    try_memory(std::size_t{sizes.height} * sizes.width * pixel_size + threads * for_each_thread);
+}
+
 } // namespace
 
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
@@ -62,6 +82,7 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     LibRaw_buffer_datastream stream(const_cast<std::byte*>(bytes.data()), bytes.size()); // NOLINT
     check(m_libraw->open_datastream(&stream));
     pixel_data.before_decoding();
+    try_memory_for_mosaic(inq_data().sizes);
     check(m_libraw->unpack());
     if (inq_data().rawdata.raw_image == nullptr ||
         m_libraw->get_internal_data_pointer()->unpacker_data.data_error != 0)
@@ -82,7 +103,11 @@ bool raw_decoder::knows_colours() const noexcept {
 }
 
 void raw_decoder::develop() {
+    try_memory_for_picture(inq_data().rawdata.sizes);
     check(m_libraw->dcraw_process());
+    // Where LibRaw gets no memory for the picture it gives up all that it holds and goes on without a word.
+    if (inq_data().rawdata.raw_image == nullptr)
+        throw std::bad_alloc();
 }
 
 } // namespace sdk_open

@@ -41,10 +41,11 @@ eds_error_t sdk_double::initialize() {
 }
 
 eds_error_t sdk_double::terminate() {
-    expect(m_is_session_begun, "an end without a session");
     expect(std::ranges::none_of(m_objects, &__EdsObject::is_open), "open handles at the end");
-    m_is_session_begun = m_is_session_open = false;
-    return answer("EdsTerminateSDK()");
+    m_is_session_open = false;
+    const eds_error_t error = answer("EdsTerminateSDK()");
+    m_is_session_begun = false;
+    return error;
 }
 
 eds_error_t sdk_double::create_file_stream(const char* path, eds_disposition_t disposition,
@@ -74,17 +75,16 @@ eds_error_t sdk_double::save_image(const __EdsObject* image, eds_target_t target
                          ", ", name_of(stream), ")"));
 }
 
-eds_error_t sdk_double::release(const __EdsObject* object) {
-    const auto known = std::ranges::find_if(m_objects, [=](const auto& o) { return &o == object; });
-    const bool is_open = known != m_objects.end() && known->is_open;
-    expect(is_open, joined("release of ", name_of(object)));
-    if (is_open)
-        known->is_open = false;
+eds_error_t sdk_double::release(__EdsObject* object) {
+    const bool was_open = is_open(object);
+    expect(was_open, joined("release of ", name_of(object)));
+    if (was_open)
+        object->is_open = false;
     return answer(joined("EdsRelease(", name_of(object), ")"));
 }
 
 eds_error_t sdk_double::answer(const std::string& call) {
-    expect(m_is_session_begun || call == "EdsTerminateSDK()", joined("outside a session: ", call));
+    expect(m_is_session_begun, joined("outside a session: ", call));
     m_calls.push_back(call);
     const auto scripted = m_answers.find(m_calls.size());
     const eds_error_t error = scripted != m_answers.end() ? scripted->second : eds_ok;
@@ -112,8 +112,12 @@ void sdk_double::expect(bool is_right, const std::string& misuse) {
 }
 
 void sdk_double::expect_open(const __EdsObject* object, kind_t kind) {
-    const auto is_it = [=](const auto& o) { return &o == object && o.is_open && o.kind == kind; };
-    expect(std::ranges::any_of(m_objects, is_it), joined("wrong handle ", name_of(object)));
+    expect(is_open(object) && object->kind == kind, joined("wrong handle ", name_of(object)));
+}
+
+// A handle may be anything, so it is looked for before it is looked at.
+bool sdk_double::is_open(const __EdsObject* object) const {
+    return std::ranges::any_of(m_objects, [=](const auto& o) { return &o == object && o.is_open; });
 }
 
 std::string sdk_double::name_of(const __EdsObject* object) const {

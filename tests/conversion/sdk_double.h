@@ -53,7 +53,7 @@ public:
     eds_error_t create_image_ref(const __EdsObject* stream, __EdsObject** image);
     eds_error_t save_image(const __EdsObject* image, eds_target_t target,
                            const tagEdsSaveImageSetting& settings, const __EdsObject* stream);
-    eds_error_t release(const __EdsObject* object);
+    eds_error_t release(__EdsObject* object);
 
 private:
     using kind_t = __EdsObject::kind_t;
@@ -62,6 +62,7 @@ private:
     eds_error_t answer_with_object(const std::string& call, kind_t kind, __EdsObject** object);
     void expect(bool is_right, const std::string& misuse);
     void expect_open(const __EdsObject* object, kind_t kind);
+    [[nodiscard]] bool is_open(const __EdsObject* object) const;
     [[nodiscard]] std::string name_of(const __EdsObject* object) const;
 
     static sdk_double* current;
@@ -70,7 +71,7 @@ private:
     watch_t m_watch;
     std::vector<std::string> m_calls;
     std::vector<std::string> m_misuses;
-    std::deque<__EdsObject> m_objects;
+    std::deque<__EdsObject> m_objects; // a deque, so that each stays where it is
     std::filesystem::path m_input_path;
     bool m_is_session_open = false;
     bool m_is_session_begun = false; // also when that failed

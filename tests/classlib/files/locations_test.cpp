@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -16,13 +18,8 @@ std::string parts_of(const ZFileLocation& location) {
 }
 
 TEST(locations, parsing_and_composing) {
-    struct row_t {
-        const char* text;
-        const char* parts;
-        const char* path;
-        const char* folder_path;
-    };
-    constexpr row_t rows[] = {
+    using row_t = std::tuple<const char*, std::string, const char*, const char*>;
+    const row_t rows[] = {
         {R"(C:\photos\IMG_0001.CR2)", R"(C:|\photos\|IMG_0001.CR2)", R"(C:\photos\IMG_0001.CR2)",
          R"(C:\photos)"},
         {R"(C:/photos/IMG_0001.CR2)", R"(C:|\photos\|IMG_0001.CR2)", R"(C:\photos\IMG_0001.CR2)",
@@ -46,144 +43,110 @@ TEST(locations, parsing_and_composing) {
         {"", "||", "", ""},
         {nullptr, "||", "", ""},
     };
-    for (const row_t& row : rows) {
-        SCOPED_TRACE(shown(wide(row.text)));
-        const ZFileLocation location = at(row.text);
-        EXPECT_EQ(parts_of(location), row.parts);
-        EXPECT_EQ(plain(location.inq_path()), row.path);
-        EXPECT_EQ(plain(location.inq_folder_path()), row.folder_path);
-        EXPECT_EQ(parts_of(ZFileLocation(location.inq_path(), false)), row.parts);
-        EXPECT_EQ(location.inq_empty(), row.parts == std::string("||"));
+    for (const auto& [text, parts, path, folder_path] : rows) {
+        SCOPED_TRACE(shown(text));
+        const ZFileLocation location = at(text);
+        EXPECT_EQ(parts_of(location), parts);
+        EXPECT_EQ(plain(location.inq_path()), path);
+        EXPECT_EQ(plain(location.inq_folder_path()), folder_path);
+        EXPECT_EQ(parts_of(ZFileLocation(location.inq_path(), false)), parts);
+        EXPECT_EQ(location.inq_empty(), parts == "||");
     }
     EXPECT_EQ(parts_of(ZFileLocation(UTF16("\u00E9\\\U0001F4F7"), false)), R"(|<E9>\|<D83D><DCF7>)");
 }
 
 TEST(locations, a_text_may_stand_for_a_folder) {
-    struct row_t {
-        const char* text;
-        const char* parts;
-    };
-    constexpr row_t rows[] = {{R"(C:\photos)", R"(C:|\photos\|)"},
-                              {R"(C:\photos\)", R"(C:|\photos\|)"},
-                              {"C:photos", R"(C:|photos\|)"},
-                              {"C:", "C:||"},
-                              {R"(\\server\share)", R"(\\server|\share\|)"},
-                              {"", "||"}};
-    for (const row_t& row : rows)
-        EXPECT_EQ(parts_of(ZFileLocation(wide(row.text), true)), row.parts) << row.text;
+    using row_t = std::pair<const char*, const char*>;
+    for (const auto& [text, parts] :
+         {row_t{R"(C:\photos)", R"(C:|\photos\|)"}, row_t{"C:photos", R"(C:|photos\|)"},
+          row_t{R"(C:\photos\)", R"(C:|\photos\|)"}, row_t{"", "||"}})
+        EXPECT_EQ(parts_of(ZFileLocation(wide(text), true)), parts) << text;
 }
 
 TEST(locations, volumes) {
-    struct row_t {
-        const char* text;
-        char16_t letter;
-        const char* server;
-    };
-    constexpr row_t rows[] = {{R"(C:\a)", u'C', ""},
-                              {"::", u':', ""},
-                              {R"(\\server\share\a)", 0, "server"},
-                              {R"(\\server)", 0, "server"},
-                              {R"(\a)", 0, ""},
-                              {"a:b", u'a', ""},
-                              {"", 0, ""}};
-    for (const row_t& row : rows) {
-        EXPECT_EQ(at(row.text).inq_drive_letter(), row.letter) << row.text;
-        EXPECT_EQ(plain(at(row.text).inq_server()), row.server) << row.text;
+    using row_t = std::tuple<const char*, char16_t, const char*>;
+    const row_t rows[] = {{R"(C:\a)", u'C', ""},
+                          {"::", u':', ""},
+                          {R"(\\server\share\a)", 0, "server"},
+                          {R"(\a)", 0, ""},
+                          {"", 0, ""}};
+    for (const auto& [text, letter, server] : rows) {
+        EXPECT_EQ(at(text).inq_drive_letter(), letter) << text;
+        EXPECT_EQ(plain(at(text).inq_server()), server) << text;
     }
 }
 
 TEST(locations, the_extension_is_that_of_the_name) {
-    struct row_t {
-        const char* name;
-        const char* extension;
-        const char* base_name;
-        const char* as_tiff;
-    };
-    constexpr row_t rows[] = {{"IMG_0001.CR2", ".CR2", "IMG_0001", "IMG_0001.tiff"},
-                              {"archive.tar.gz", ".gz", "archive.tar", "archive.tar.tiff"},
-                              {"README", "", "README", "README.tiff"},
-                              {".crw", ".crw", "", ".tiff"},
-                              {"a.", ".", "a", "a.tiff"},
-                              {"", "", "", ".tiff"}};
-    for (const row_t& row : rows) {
-        SCOPED_TRACE(row.name);
-        ZFileLocation location(wide(R"(C:\v1.2\)") + wide(row.name), false);
-        EXPECT_EQ(plain(location.inq_extension()), row.extension);
-        EXPECT_EQ(plain(location.inq_base_name()), row.base_name);
-        ZFileLocation removed = location;
-        removed.remove_extension();
-        EXPECT_EQ(parts_of(removed), R"(C:|\v1.2\|)" + std::string(row.base_name));
-        ZFileLocation emptied = location;
-        emptied.set_extension(ZUString());
-        EXPECT_EQ(parts_of(emptied), parts_of(removed));
-        for (const char* const extension : {"tiff", ".tiff"}) {
-            ZFileLocation changed = location;
-            changed.set_extension(wide(extension));
-            EXPECT_EQ(parts_of(changed), R"(C:|\v1.2\|)" + std::string(row.as_tiff));
+    using extension_t = std::pair<const char*, const char*>;
+    using row_t = std::tuple<const char*, const char*, const char*>;
+    const row_t rows[] = {{"IMG_0001.CR2", ".CR2", "IMG_0001"},
+                          {"archive.tar.gz", ".gz", "archive.tar"},
+                          {"README", "", "README"},
+                          {".crw", ".crw", ""},
+                          {"a.", ".", "a"},
+                          {"", "", ""}};
+    for (const auto& [name, extension, base_name] : rows) {
+        SCOPED_TRACE(name);
+        const ZFileLocation location = at((R"(C:\v1.2\)" + std::string(name)).c_str());
+        EXPECT_EQ(plain(location.inq_extension()), extension);
+        EXPECT_EQ(plain(location.inq_base_name()), base_name);
+        ZFileLocation changed = location;
+        changed.remove_extension();
+        EXPECT_EQ(parts_of(changed), std::string(R"(C:|\v1.2\|)") + base_name);
+        for (const auto& [given, added] :
+             {extension_t{"tiff", ".tiff"}, extension_t{".tiff", ".tiff"}, extension_t{"", ""}}) {
+            changed = location;
+            changed.set_extension(wide(given));
+            EXPECT_EQ(parts_of(changed), std::string(R"(C:|\v1.2\|)") + base_name + added) << given;
         }
     }
 }
 
 TEST(locations, the_innermost_folder) {
-    struct row_t {
-        const char* folder;
-        const char* as_name;
-        bool has_parent;
-        const char* parent;
-    };
-    constexpr row_t rows[] = {{R"(\photos\trip\)", R"(|\photos\|trip)", true, R"(|\photos\|x)"},
-                              {R"(\photos\)", R"(|\|photos)", true, R"(|\|x)"},
-                              {R"(\p\)", R"(|\|p)", true, R"(|\|x)"},
-                              {R"(a\b\)", R"(|a\|b)", true, R"(|a\|x)"},
-                              {R"(photos\)", R"(|photos\|x)", true, R"(|\|x)"},
-                              {R"(a\)", R"(|a\|x)", false, R"(|a\|x)"},
-                              {R"(\)", R"(|\|x)", false, R"(|\|x)"},
-                              {"", "||x", false, "||x"}};
-    for (const row_t& row : rows) {
-        SCOPED_TRACE(row.folder);
-        ZFileLocation location(wide(row.folder) + wide("x"), false);
-        EXPECT_EQ(location.to_parent_folder(), row.has_parent);
-        EXPECT_EQ(parts_of(location), row.parent);
-        location = ZFileLocation(wide(row.folder) + wide("x"), false);
+    using row_t = std::tuple<const char*, const char*, bool, const char*>;
+    const row_t rows[] = {{R"(\photos\trip\x)", R"(|\photos\|trip)", true, R"(|\photos\|x)"},
+                          {R"(\photos\x)", R"(|\|photos)", true, R"(|\|x)"},
+                          {R"(\p\x)", R"(|\|p)", true, R"(|\|x)"},
+                          {R"(a\b\x)", R"(|a\|b)", true, R"(|a\|x)"},
+                          {R"(photos\x)", R"(|photos\|x)", true, R"(|\|x)"},
+                          {R"(a\x)", R"(|a\|x)", false, R"(|a\|x)"},
+                          {R"(\x)", R"(|\|x)", false, R"(|\|x)"},
+                          {"x", "||x", false, "||x"}};
+    for (const auto& [text, as_name, has_parent, parent] : rows) {
+        ZFileLocation location = at(text);
+        EXPECT_EQ(location.to_parent_folder(), has_parent) << text;
+        EXPECT_EQ(parts_of(location), parent) << text;
+        location = at(text);
         location.folder_to_name();
-        EXPECT_EQ(parts_of(location), row.as_name);
+        EXPECT_EQ(parts_of(location), as_name) << text;
     }
 }
 
 TEST(locations, other_changes) {
-    struct row_t {
-        const char* what;
-        void (*change)(ZFileLocation& location);
-        const char* parts;
+    using change_t = void (*)(ZFileLocation&);
+    using row_t = std::pair<change_t, const char*>;
+    const row_t rows[] = {
+        {[](ZFileLocation& l) { l.clear(); }, "||"},
+        {[](ZFileLocation& l) { l.set_drive_letter(u'z'); }, R"(z:|\a\|b.c)"},
+        {[](ZFileLocation& l) { l.set_server(wide("host")); }, R"(\\host|\a\|b.c)"},
+        {[](ZFileLocation& l) { l.set_server(wide("")); }, R"(|\a\|b.c)"},
+        {[](ZFileLocation& l) { l.set_folder(wide("p/q")); }, R"(C:|p\q\|b.c)"},
+        {[](ZFileLocation& l) { l.set_folder(wide("p/")); }, R"(C:|p\|b.c)"},
+        {[](ZFileLocation& l) { l.set_folder(wide("")); }, R"(C:|\|b.c)"},
+        {[](ZFileLocation& l) { l.set_folder(l.inq_folder()); }, R"(C:|\a\|b.c)"},
+        {[](ZFileLocation& l) { l.set_name(wide("x/y")); }, R"(C:|\a\|x/y)"},
+        {[](ZFileLocation& l) { l.set_name(l.inq_name()); }, R"(C:|\a\|b.c)"},
+        {[](ZFileLocation& l) { l.name_to_folder(); }, R"(C:|\a\b.c\|)"},
+        {[](ZFileLocation& l) { l.set_name(wide("")), l.name_to_folder(); }, R"(C:|\a\|)"},
+        {[](ZFileLocation& l) { l.add_folder(wide("f")); }, R"(C:|\a\f\|b.c)"},
+        {[](ZFileLocation& l) { l.add_folder(l.inq_folder()); }, R"(C:|\a\\a\\|b.c)"},
+        {[](ZFileLocation& l) { l.add_tilde(); }, R"(C:|\a\|b.c~)"},
+        {[](ZFileLocation& l) { l.add_plus(); }, R"(C:|\a\|b.c+)"},
     };
-    constexpr row_t rows[] = {
-        {"clear", [](auto& l) { l.clear(); }, "||"},
-        {"drive letter", [](auto& l) { l.set_drive_letter(u'z'); }, R"(z:|\a\|b.c)"},
-        {"server", [](auto& l) { l.set_server(wide("host")); }, R"(\\host|\a\|b.c)"},
-        {"empty server", [](auto& l) { l.set_server(wide("")); }, R"(|\a\|b.c)"},
-        {"folder", [](auto& l) { l.set_folder(wide("p/q")); }, R"(C:|p\q\|b.c)"},
-        {"folder with separator", [](auto& l) { l.set_folder(wide("p/")); }, R"(C:|p\|b.c)"},
-        {"empty folder", [](auto& l) { l.set_folder(wide("")); }, R"(C:|\|b.c)"},
-        {"its own folder", [](auto& l) { l.set_folder(l.inq_folder()); }, R"(C:|\a\|b.c)"},
-        {"name", [](auto& l) { l.set_name(wide("x/y")); }, R"(C:|\a\|x/y)"},
-        {"its own name", [](auto& l) { l.set_name(l.inq_name()); }, R"(C:|\a\|b.c)"},
-        {"name to folder", [](auto& l) { l.name_to_folder(); }, R"(C:|\a\b.c\|)"},
-        {"no name to folder", [](auto& l) { l.set_name(wide("")), l.name_to_folder(); }, R"(C:|\a\|)"},
-        {"add folder", [](auto& l) { l.add_folder(wide("f")); }, R"(C:|\a\f\|b.c)"},
-        {"add its own folder", [](auto& l) { l.add_folder(l.inq_folder()); }, R"(C:|\a\\a\\|b.c)"},
-        {"tilde", [](auto& l) { l.add_tilde(); }, R"(C:|\a\|b.c~)"},
-        {"plus", [](auto& l) { l.add_plus(); }, R"(C:|\a\|b.c+)"},
-        {"itself",
-         [](auto& l) {
-             const ZFileLocation& same = l;
-             l = same;
-         },
-         R"(C:|\a\|b.c)"},
-    };
-    for (const row_t& row : rows) {
+    for (const auto& [change, parts] : rows) {
         ZFileLocation location = at(R"(C:\a\b.c)");
-        row.change(location);
-        EXPECT_EQ(parts_of(location), row.parts) << row.what;
+        change(location);
+        EXPECT_EQ(parts_of(location), parts);
     }
 }
 

@@ -25,7 +25,7 @@ std::size_t jpeg(const std::string& bytes) {
 }
 
 // Writes bytes at a distance behind where others first stand in the lossless JPEG.
-damage patch_jpeg(std::string_view anchor, std::size_t distance, std::string patch) {
+damage patch_jpeg(std::string_view anchor, std::size_t distance, const std::string& patch) {
     return [=](std::string& bytes) {
         bytes.replace(find(bytes, anchor, jpeg(bytes)) + distance, patch.size(), patch);
     };
@@ -54,7 +54,7 @@ damage blank(double from, std::size_t count, char value) {
     };
 }
 
-damage replace_all(std::string text) {
+damage replace_all(const std::string& text) {
     return [=](std::string& bytes) { bytes = text; };
 }
 
@@ -89,14 +89,14 @@ TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
         {"table with too many codes", cr2, patch_jpeg(table, 5, "\3\3")},
         {"table without codes", cr2, patch_jpeg(table, 5, std::string(16, '\0'))},
         {"table with an impossible difference", cr2, patch_jpeg(table, 21, "\x1f")},
-        {"table for something else", cr2, patch_jpeg(table, 4, "\x13")},
+        {"table for something else", cr2, patch_jpeg(table, 4, std::string(1, 0x13))},
         {"table cut short", cr2, patch_jpeg(table, 2, std::string("\0\x11", 2))},
         {"no frame", cr2, patch_jpeg(frame, 0, "\xff\xfe")},
         {"frame of a lossy picture", cr2, patch_jpeg(frame, 1, "\xc0")},
         {"frame without lines", cr2, patch_jpeg(frame, 5, std::string(2, '\0'))},
         {"frame with more lines", cr2, patch_jpeg(frame, 5, "\x01\x46")},
         {"frame with impossible precision", cr2, patch_jpeg(frame, 4, "\x11")},
-        {"scan of a missing table", cr2, patch_jpeg(scan, 6, "\x30")},
+        {"scan of a missing table", cr2, patch_jpeg(scan, 6, "0")},
         {"scan with an unknown predictor", cr2, patch_jpeg(scan, 7, "\x09")},
         {"slices of no width", cr2, patch_slices(std::string("\2\0\0\0\xc8\1", 6))},
         {"slices too wide", cr2, patch_slices(std::string("\2\0\xff\xff\xff\xff", 6))},

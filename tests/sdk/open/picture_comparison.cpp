@@ -26,11 +26,12 @@ colour mean_linear(const tiff_picture& picture, const picture_area& area) {
 }
 
 colour lab(const colour& rgb) {
-    static constexpr double xyz_from_rgb[3][3] = {
-        {0.412453, 0.357580, 0.180423}, {0.212671, 0.715160, 0.072169}, {0.019334, 0.119193, 0.950227}};
+    static constexpr std::array<colour, 3> xyz_from_rgb = {colour{0.412453, 0.357580, 0.180423},
+                                                           colour{0.212671, 0.715160, 0.072169},
+                                                           colour{0.019334, 0.119193, 0.950227}};
     colour f{};
     for (std::size_t i = 0; i < f.size(); ++i) {
-        const auto& row = xyz_from_rgb[i];
+        const colour& row = xyz_from_rgb[i];
         const double t = (row[0] * rgb[0] + row[1] * rgb[1] + row[2] * rgb[2]) / (row[0] + row[1] + row[2]);
         f[i] = t > 216.0 / 24389 ? std::cbrt(t) : (24389.0 / 27 * t + 16) / 116;
     }
