@@ -12,6 +12,9 @@ namespace platform {
 // A letter or a digit.
 [[nodiscard]] bool is_alnum(char c) noexcept;
 
+// No character that is shown, but one that steers: a line end, an escape, a zero.
+[[nodiscard]] bool is_control(char c) noexcept;
+
 [[nodiscard]] char to_upper(char c) noexcept;
 [[nodiscard]] utf16_t to_upper(utf16_t c) noexcept;
 

@@ -38,7 +38,8 @@ inline constexpr std::uint32_t access_write = 0x40000000;
 // Whether an existing file can be opened with this access while nobody else has it open. Never creates one.
 [[nodiscard]] bool inq_can_open_exclusively(const utf16_t* path, std::uint32_t access) noexcept;
 
-// The user's folder for temporary files, with a closing backslash; empty when the system names none.
+// The user's folder for temporary files, with a closing backslash; empty when the system names none. A name
+// that is not UTF-8, or holds a backslash, leads elsewhere.
 [[nodiscard]] std::basic_string<utf16_t> inq_temporary_folder();
 
 } // namespace platform

@@ -11,11 +11,11 @@ class ZUString;
 #define ZASSERT(condition)                                                                                   \
     do {                                                                                                     \
         if (!(condition)) [[unlikely]]                                                                       \
-            report_failed_assertion(#condition, source_stem_t(__FILE__).text, __LINE__);                     \
+            report_failed_assertion(#condition, stem_text<source_stem_t(__FILE__)>(), __LINE__);             \
     } while (false)
 
 // Reports a message, a ZUString or what makes one, from inside the test that calls for it.
-#define ZWARNING(message) report_warning(message, source_stem_t(__FILE__).text, __LINE__)
+#define ZWARNING(message) report_warning(message, stem_text<source_stem_t(__FILE__)>(), __LINE__)
 
 void report_failed_assertion(const char* condition, const char* file, int line);
 void report_warning(const ZUString& message, const char* file, int line);
@@ -41,3 +41,9 @@ struct source_stem_t {
 
     char text[Size]{};
 };
+
+// The text of a stem, which lives as long as the process: a reporter may keep it.
+template <source_stem_t Stem>
+[[nodiscard]] constexpr const char* stem_text() noexcept {
+    return Stem.text;
+}

@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <memory>
 #include <span>
+#include <utility>
 
 namespace {
 
@@ -149,8 +150,10 @@ bool ZFile::move_to(const ZFileLocation& target, bool overwrite) {
 bool ZFile::copy_to(const ZFileLocation& target) const {
     const ZUString path = m_location.inq_path();
     const ZUString target_path = target.inq_path();
-    if (is_same_entry(path, target_path))
+    if (is_same_entry(path, target_path)) {
+        errno = EINVAL;
         return false;
+    }
     const block_t block;
     static_cast<void>(delete_path(target_path));
     if (is_no_path(path) || is_no_path(target_path))

@@ -50,8 +50,9 @@ public:
     // target deleted.
     bool move_to(const ZFileLocation& target, bool overwrite);
 
-    // Copies the bytes to the target, which is deleted before the file is opened. After a failure no part of
-    // a copy is left behind. False, with both left alone, when the target is this very file.
+    // Copies the bytes to the target, which is deleted before the file is opened; a target that may not be
+    // deleted is an error, and a new one is its owner's alone. After a failure no part of a copy is left
+    // behind. False, with both left alone, when the target is this very file.
     [[nodiscard]] bool copy_to(const ZFileLocation& target) const;
 
     // Whether both files can be read and hold the same bytes.

@@ -1,5 +1,9 @@
 #include "classlib/files/ZFileLocation.h"
 
+#include <cstddef>
+#include <string_view>
+#include <utility>
+
 namespace {
 
 constexpr utf16_t separator = u'\\';
@@ -17,12 +21,13 @@ ZUString with_backslashes(const ZUString& text) {
     return result;
 }
 
-// The last position of a unit before an end, or -1.
-int find_last_before(const ZUString& text, utf16_t c, int end) noexcept {
-    int position = end - 1;
-    while (position >= 0 && text.inq_char(position) != c)
-        --position;
-    return position;
+// The last separator before an end, or -1.
+int find_separator_before(const ZUString& text, int end) noexcept {
+    if (end <= 0)
+        return -1;
+    const std::basic_string_view<utf16_t> units(text);
+    const auto position = units.rfind(separator, static_cast<std::size_t>(end) - 1);
+    return position == units.npos ? -1 : static_cast<int>(position);
 }
 
 } // namespace
@@ -116,7 +121,7 @@ void ZFileLocation::name_to_folder() {
 
 void ZFileLocation::folder_to_name() {
     const int end = inq_innermost_end();
-    const int last = find_last_before(m_folder, separator, end - 1);
+    const int last = find_separator_before(m_folder, end - 1);
     if (last < 0)
         return;
     ZUString name = m_folder.sub_string(last + 1, end - last - 1);
@@ -128,7 +133,7 @@ bool ZFileLocation::to_parent_folder() {
     const int end = inq_innermost_end();
     if (end <= 1)
         return false;
-    const int last = find_last_before(m_folder, separator, end - 1);
+    const int last = find_separator_before(m_folder, end - 1);
     m_folder = last < 1 ? ZUString(1, separator) : m_folder.sub_string(0, last + 1);
     return true;
 }

@@ -24,8 +24,8 @@ public:
     // Deletes the file at the location; false when that fails.
     bool delete_file() const;
 
-    // Whether the file is deleted together with this object; false at first.
-    void set_delete_on_destroy(bool delete_on_destroy) noexcept { m_delete_on_destroy = delete_on_destroy; }
+    // From now on the file goes with this object.
+    void set_delete_on_destroy() noexcept { m_delete_on_destroy = true; }
 
 private:
     void set_temp_folder();

@@ -18,8 +18,8 @@ class ZUString;
 
 // The abstract read stream over a source that delivers bytes in blocks, with one cursor over the current
 // block: it reads binary values, big-endian, as ZWStream writes them, and parses text. A derived class is the
-// source. Where the blocks end makes no difference to anything but peek_bytes, and to read_wide_line only when
-// a block ends amid a code unit.
+// source. Where the blocks end makes no difference to anything but peek_bytes, and to read_wide_line only
+// when a block ends amid a code unit.
 //
 // The first error sticks: while one is set every operation does nothing and answers its failure value: -1,
 // false, 0, or an unchanged target. The end of the data is an error for binary reads (rstreamerr_end_of_data)

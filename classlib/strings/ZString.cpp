@@ -6,7 +6,6 @@
 #include "classlib/strings/integer_text.h"
 #include "platform/number_text.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <span>
@@ -48,9 +47,7 @@ void ZString::set_bytes(const void* data, unsigned int n) {
 }
 
 void ZString::init_narrow(const utf16_t* text) {
-    const auto units = ZTextBuffer<utf16_t>::view_of(text);
-    m_text = text_t(static_cast<int>(units.size()), '\0');
-    std::transform(units.begin(), units.end(), m_text.begin(), narrowed);
+    m_text = text_t::mapped(ZTextBuffer<utf16_t>::view_of(text), narrowed);
 }
 
 bool ZString::write_bytes(const void* data, int n) {

@@ -2,10 +2,9 @@
 
 #include "platform/characters.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <new>
 
 namespace {
 
@@ -38,13 +37,6 @@ bool is_inside(std::basic_string_view<Unit> text, int index) noexcept {
 }
 
 template <typename Unit>
-std::unique_ptr<Unit[]> allocate_text(std::size_t length) {
-    auto units = std::make_unique_for_overwrite<Unit[]>(length + 1);
-    units[length] = Unit(0);
-    return units;
-}
-
-template <typename Unit>
 std::size_t count_occurrences(std::basic_string_view<Unit> text,
                               std::basic_string_view<Unit> search) noexcept {
     std::size_t count = 0;
@@ -66,7 +58,7 @@ ZTextBuffer<Unit>::ZTextBuffer(std::span<const Unit> units)
     : m_units(joined(view_t(units.data(), units.size()), {})) {}
 
 template <typename Unit>
-ZTextBuffer<Unit>::ZTextBuffer(int count, Unit c) : m_units(allocate_text<Unit>(as_size(count))) {
+ZTextBuffer<Unit>::ZTextBuffer(int count, Unit c) : m_units(allocate(as_size(count))) {
     std::fill_n(m_units.get(), as_size(count), c);
 }
 
@@ -209,7 +201,7 @@ void ZTextBuffer<Unit>::replace(view_t search, view_t replacement) {
     const std::size_t new_length = text.size() - n_found * search.size() + n_found * replacement.size();
     if (new_length == 0)
         return clear();
-    array_t replaced = allocate_text<Unit>(new_length);
+    array_t replaced = allocate(new_length);
     Unit* out = replaced.get();
     std::size_t from = 0;
     for (auto at = text.find(search); at != text.npos; at = text.find(search, from)) {
@@ -255,8 +247,17 @@ void ZTextBuffer<Unit>::lf_to_crlf() {
 }
 
 template <typename Unit>
+auto ZTextBuffer<Unit>::allocate(std::size_t length) -> array_t {
+    if (length >= std::size_t{std::numeric_limits<int>::max()})
+        throw std::bad_array_new_length();
+    auto units = std::make_unique_for_overwrite<Unit[]>(length + 1);
+    units[length] = Unit(0);
+    return units;
+}
+
+template <typename Unit>
 auto ZTextBuffer<Unit>::joined(view_t first, view_t second) -> array_t {
-    array_t units = allocate_text<Unit>(first.size() + second.size());
+    array_t units = allocate(first.size() + second.size());
     std::copy_n(second.data(), second.size(), std::copy_n(first.data(), first.size(), units.get()));
     return units;
 }

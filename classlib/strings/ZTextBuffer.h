@@ -2,9 +2,12 @@
 
 #include "platform/utf16.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <span>
 #include <string_view>
+#include <utility>
 
 // A zero-terminated text of bytes or UTF-16 units behind one owning pointer, and every algorithm on it: the
 // body that ZUString and ZString share. What the operations mean to their callers stands there.
@@ -29,6 +32,14 @@ public:
     // count times c; always allocates. A negative count is 0.
     ZTextBuffer(int count, Unit c);
 
+    // Each unit of another text, mapped to one of this; always allocates.
+    template <typename Other, typename Map>
+    [[nodiscard]] static ZTextBuffer mapped(std::basic_string_view<Other> other, Map map) {
+        ZTextBuffer text(allocate(other.size()));
+        std::transform(other.begin(), other.end(), text.m_units.get(), map);
+        return text;
+    }
+
     ZTextBuffer(const ZTextBuffer& other) : ZTextBuffer(other.c_text(), -1) {}
     ZTextBuffer(ZTextBuffer&& other) noexcept = default;
     ~ZTextBuffer() = default;
@@ -43,7 +54,6 @@ public:
     void clear() noexcept { m_units.reset(); }
 
     [[nodiscard]] const Unit* c_text() const noexcept { return m_units.get(); }
-    [[nodiscard]] Unit* begin() noexcept { return m_units.get(); } // to fill a buffer that was just sized
     [[nodiscard]] bool is_null() const noexcept { return m_units == nullptr; }
     [[nodiscard]] int length() const noexcept { return static_cast<int>(view().size()); }
     [[nodiscard]] view_t view() const noexcept { return view_of(c_text()); }
@@ -89,6 +99,9 @@ private:
 
     explicit ZTextBuffer(array_t units) noexcept : m_units(std::move(units)) {}
 
+    // A terminated array for a text of this length. One that an int does not hold is memory that there is
+    // none of.
+    [[nodiscard]] static array_t allocate(std::size_t length);
     [[nodiscard]] static array_t joined(view_t first, view_t second);
 
     array_t m_units;

@@ -5,7 +5,6 @@
 #include "platform/code_page.h"
 #include "platform/number_text.h"
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -13,12 +12,15 @@
 #include <memory>
 #include <span>
 
-ZUString::ZUString(const char* text) {
-    const auto bytes = ZTextBuffer<char>::view_of(text);
-    m_text = text_t(static_cast<int>(bytes.size()), utf16_t(0));
-    std::transform(bytes.begin(), bytes.end(), m_text.begin(),
-                   [](char c) { return utf16_t(static_cast<unsigned char>(c)); });
+namespace {
+
+utf16_t widened(char c) noexcept {
+    return static_cast<unsigned char>(c);
 }
+
+} // namespace
+
+ZUString::ZUString(const char* text) : m_text(text_t::mapped(ZTextBuffer<char>::view_of(text), widened)) {}
 
 ZUString ZUString::from_utf8(const char* text) {
     const int size = platform::utf8_to_utf16(text, {});

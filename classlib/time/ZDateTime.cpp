@@ -24,7 +24,8 @@ void ZDateTime::set_now() noexcept {
     m_minute = now.minute;
     m_second = now.second;
     m_millisecond = now.millisecond;
-    set_time_value();
+    std::tm fields{};
+    m_time = complete(fields);
 }
 
 void ZDateTime::set_time(std::uint32_t time) noexcept {
@@ -57,7 +58,8 @@ bool ZDateTime::parse(const ZString& text, int style) {
         m_year += 2000;
     else if (m_year < 100)
         m_year += 1900;
-    set_time_value();
+    std::tm fields{};
+    m_time = complete(fields);
     return true;
 }
 
@@ -94,17 +96,19 @@ ZString ZDateTime::inq_iso_date() const {
 ZString ZDateTime::format(const char* pattern) const {
     if (pattern == nullptr)
         return {};
+    // The system adds what the record does not hold, day of the year and zone; what the record holds stays as
+    // it is, also where it is no date.
     std::tm fields{};
+    static_cast<void>(complete(fields));
     to_tm(fields);
     std::array<char, 128> text{};
     const std::size_t length = std::strftime(text.data(), text.size(), pattern, &fields);
     return ZString(text.data(), static_cast<int>(length));
 }
 
-void ZDateTime::set_time_value() noexcept {
-    std::tm fields{};
-    fields.tm_isdst =
-        -1; // the record holds wall-clock time: whether daylight saving applies is the system's to know
-    to_tm(fields);
-    m_time = platform::to_time_value(fields);
+// Writes the fields as the system normalises them; answers their time value.
+std::int64_t ZDateTime::complete(std::tm& out) const noexcept {
+    to_tm(out);
+    out.tm_isdst = -1; // the record holds wall-clock time: the system knows whether daylight saving applies
+    return platform::to_time_value(out);
 }

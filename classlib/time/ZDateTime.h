@@ -45,5 +45,5 @@ public:
     [[nodiscard]] ZString format(const char* pattern) const;
 
 private:
-    void set_time_value() noexcept;
+    [[nodiscard]] std::int64_t complete(std::tm& out) const noexcept;
 };

@@ -24,8 +24,14 @@ bool is_entry(const native_path& path) noexcept {
 // cannot be linked (a folder) is renamed after a look at the target, which leaves a moment for another
 // process.
 bool rename_without_flags(const native_path& path, const native_path& target) noexcept {
-    if (::link(path.c_str(), target.c_str()) == 0)
-        return ::unlink(path.c_str()) == 0;
+    if (::link(path.c_str(), target.c_str()) == 0) {
+        if (::unlink(path.c_str()) == 0)
+            return true;
+        const int cause = errno;
+        ::unlink(target.c_str());
+        errno = cause;
+        return false;
+    }
     if (errno == EEXIST)
         return false;
     if (is_entry(target)) {
@@ -44,7 +50,10 @@ int open_flags(std::uint32_t access) noexcept {
 
 bool is_regular(int descriptor) noexcept {
     struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    const bool is_file = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    if (!is_file)
+        errno = EACCES;
+    return is_file;
 }
 
 // A write lease is granted only while no other open file refers to the file; closing the descriptor gives it

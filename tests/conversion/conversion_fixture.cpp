@@ -22,7 +22,7 @@ std::string sdk_text(const fs::path& path) {
 bool is_copy_name(std::string_view name) {
     constexpr std::string_view characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
     return name.size() == 28 && name.starts_with("KW-") && name.ends_with(".tiff") &&
-           name.substr(3, 20).find_first_not_of(characters) == name.npos;
+           name.substr(3, 20).find_first_not_of(characters) == std::string_view::npos;
 }
 
 std::string replaced(std::string text, const std::string& part, std::string_view by) {

@@ -240,7 +240,8 @@ TEST_F(file_operations, creating_folders) {
         EXPECT_EQ(exception.inq_code(), fileerr_no_location);
         EXPECT_TRUE(exception.inq_file().inq_empty());
     }
-    EXPECT_THROW(ZFile::create_folder(ZFileLocation(wide("bare-name"), false)), ZCrtErrorException);
+    for (const char* const no_folder : {"bare-name", "\\"}) // a root is asked for without its separator
+        EXPECT_THROW(ZFile::create_folder(ZFileLocation(wide(no_folder), false)), ZCrtErrorException);
 }
 
 TEST_F(file_operations, running_out_of_memory_changes_nothing) {
@@ -297,7 +298,7 @@ TEST_F(temporary_paths, delete_their_file_only_when_told) {
         {
             ZTmpPath made(UTF16("x"));
             if (is_told)
-                made.set_delete_on_destroy(true);
+                made.set_delete_on_destroy();
             name = plain(made.inq_path().inq_name());
             write(name, "x");
         }

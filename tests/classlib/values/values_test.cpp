@@ -187,71 +187,45 @@ std::string complaint_of(Reading&& read) {
 }
 
 TEST(entries, are_read_as_what_they_are) {
-    using read_t = const ZKV& (*)(const ZKV& kv);
-    using change_t = ZKV& (*)(ZKV & kv);
-    using row_t = std::tuple<kvtype_t, read_t, change_t, int>; // of two elements
-    const row_t rows[] = {{kvtype_integer, [](auto& kv) -> auto& {return kv.as_integer(2);
-}
-, [](auto& kv) -> auto& {
-    return kv.as_integer(0);
-}
-, 2
-} // namespace
-, {kvtype_float, [](auto& kv) -> auto& {return kv.as_float(2);
-}
-, [](auto& kv) -> auto& {
-    return kv.as_float(0);
-}
-, 2
-}
-, {kvtype_binary, [](auto& kv) -> auto& {return kv.as_binary(2);
-}
-, [](auto& kv) -> auto& {
-    return kv.as_binary(0);
-}
-, 2
-}
-, {kvtype_kvd, [](auto& kv) -> auto& {return kv.as_kvd(2);
-}
-, [](auto& kv) -> auto& {
-    return kv.as_kvd(0);
-}
-, 2
-}
-, {kvtype_object, [](auto& kv) -> auto& {return kv.as_object();
-}
-, [](auto& kv) -> auto& {
-    return kv.as_object();
-}
-, 1
-}
-,
-}
-;
-for (const auto& [type, read, change, n] : rows) {
-    SCOPED_TRACE(type);
-    sized_kv kv(type, n);
-    EXPECT_EQ(&read(kv), &kv);
-    EXPECT_EQ(&change(kv), &kv);
-    const std::string wanted = std::to_string(n);
-    EXPECT_EQ(complaint_of([&] { read(sized_kv(type, 3)); }),
-              "Error with KVD key 'width': Wrong number of elements '3', expected '" + wanted + "'");
-    EXPECT_EQ(complaint_of([&] { read(sized_kv(kvtype_string, 3)); }), // of the type only
-              "Error with KVD key 'width': Wrong type 'string', expected type '" +
-                  plain(ZKV::type_name(type)) + "'");
-}
-ZKVString three("width", array_of({"a", "b", "c"}));
-const ZKV& entry = three;
-EXPECT_EQ(&entry.as_string(0), &three);
-EXPECT_EQ(&static_cast<ZKV&>(three).as_string(3), &three);
-EXPECT_EQ(complaint_of([&] { static_cast<void>(entry.as_string(1)); }),
-          "Error with KVD key 'width': Wrong number of elements '3', expected '1'");
-EXPECT_EQ(complaint_of([&] { static_cast<void>(entry.as_integer(1)); }),
-          "Error with KVD key 'width': Wrong type 'string', expected type 'integer number'");
-EXPECT_EQ(complaint_of([&] { ZKV(ZString("w")).check_type(kvtype_kvd, 0); }),
-          "Error with KVD key 'w': Wrong type 'unknown type!!!', expected type 'KVD'");
-EXPECT_EQ(complaint_of([&] { ZKVString("w", ZStringArray()).check_type(kvtype_string, 0); }), "");
-EXPECT_THROW(static_cast<void>(sized_kv(kvtype_string, 1).as_string(1)), std::bad_cast);
+    struct row_t {
+        kvtype_t type;
+        const ZKV& (ZKV::*read)(int n_elements) const;
+        ZKV& (ZKV::*change)(int n_elements);
+    };
+    const row_t rows[] = {{kvtype_integer, &ZKV::as_integer, &ZKV::as_integer},
+                          {kvtype_float, &ZKV::as_float, &ZKV::as_float},
+                          {kvtype_binary, &ZKV::as_binary, &ZKV::as_binary},
+                          {kvtype_kvd, &ZKV::as_kvd, &ZKV::as_kvd}};
+    for (const row_t& row : rows) {
+        SCOPED_TRACE(row.type);
+        sized_kv kv(row.type, 3);
+        EXPECT_EQ(&(kv.*row.read)(3), &kv);
+        EXPECT_EQ(&(kv.*row.read)(0), &kv);
+        EXPECT_EQ(&(kv.*row.change)(3), &kv);
+        EXPECT_EQ(complaint_of([&] { (kv.*row.read)(2); }),
+                  "Error with KVD key 'width': Wrong number of elements '3', expected '2'");
+        EXPECT_EQ(complaint_of([&] { (sized_kv(kvtype_string, 3).*row.change)(2); }), // of the type only
+                  "Error with KVD key 'width': Wrong type 'string', expected type '" +
+                      plain(ZKV::type_name(row.type)) + "'");
+    }
+    sized_kv object(kvtype_object, 1);
+    EXPECT_EQ(&object.as_object(), &object);
+    EXPECT_EQ(&std::as_const(object).as_object(), &object);
+    EXPECT_EQ(complaint_of([] { static_cast<void>(sized_kv(kvtype_object, 2).as_object()); }),
+              "Error with KVD key 'width': Wrong number of elements '2', expected '1'");
+
+    ZKVString three("width", array_of({"a", "b", "c"}));
+    const ZKV& entry = three;
+    EXPECT_EQ(&entry.as_string(0), &three);
+    EXPECT_EQ(&static_cast<ZKV&>(three).as_string(3), &three);
+    EXPECT_EQ(complaint_of([&] { static_cast<void>(entry.as_string(1)); }),
+              "Error with KVD key 'width': Wrong number of elements '3', expected '1'");
+    EXPECT_EQ(complaint_of([&] { static_cast<void>(entry.as_integer(1)); }),
+              "Error with KVD key 'width': Wrong type 'string', expected type 'integer number'");
+    EXPECT_EQ(complaint_of([&] { ZKV(ZString("w")).check_type(kvtype_kvd, 0); }),
+              "Error with KVD key 'w': Wrong type 'unknown type!!!', expected type 'KVD'");
+    EXPECT_EQ(complaint_of([&] { ZKVString("w", ZStringArray()).check_type(kvtype_string, 0); }), "");
+    EXPECT_THROW(static_cast<void>(sized_kv(kvtype_string, 1).as_string(1)), std::bad_cast);
 }
 
 TEST(entries, of_strings) {

@@ -25,7 +25,7 @@ void permit(const fs::path& path, mode_t mode) {
 }
 
 TEST_F(hostile_system_test, hands_over_names_that_the_library_cannot_hold) {
-    const std::string reason = "the name is not UTF-8, or holds a backslash";
+    const std::string reason = "the name is not UTF-8, holds a backslash, or names no file";
     for (const std::string name : {"back\\slash.cr2", "latin1 \xFC.cr2", "surrogate \xED\xA0\x80.cr2"}) {
         fs::copy_file(m_raw, path_of(name));
         expect_failure(path_of(name), m_tiff, 11, reason);
@@ -61,7 +61,7 @@ TEST_F(hostile_system_test, forbids_reading_and_writing) {
 }
 
 TEST_F(hostile_system_test, limits_the_size_of_files) {
-    const words_t wrapper = {"sh", "-c", "trap '' XFSZ; ulimit -f 64; exec \"$0\" \"$@\""};
+    const words_t wrapper = {"sh", "-c", R"(trap '' XFSZ; ulimit -f 64; exec "$0" "$@")"};
     expect_failure(m_raw, m_tiff, 11, m_tiff + ": File too large", wrapper);
 }
 
@@ -70,14 +70,10 @@ TEST_F(hostile_system_test, has_a_full_disk) {
         GTEST_SKIP() << "only the superuser can make a small disk";
     const std::string disk = path_of("disk");
     fs::create_directory(disk);
-    // Prints what the disk holds at the end: nothing but what was there before.
-    const words_t wrapper = {
-        "unshare",
-        "--mount",
-        "sh",
-        "-c",
-        "mount -t tmpfs -o size=64k none \"$0\" && { \"$@\"; code=$?; ls -A \"$0\"; exit $code; }",
-        disk};
+    // Prints what the disk holds at the end: nothing.
+    const char* const script =
+        R"(mount -t tmpfs -o size=64k none "$0" && { "$@"; code=$?; ls -A "$0"; exit $code; })";
+    const words_t wrapper = {"unshare", "--mount", "sh", "-c", script, disk};
     expect_failure(m_raw, disk + "/new.tif", 11, "new.tif: No space left on device", wrapper);
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/support/scratch_folder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
@@ -28,10 +29,8 @@ program_run_t run_program(std::vector<std::string> command) {
     const scratch_folder scratch;
     const fs::path output = scratch.inq_path() / "output";
     const fs::path errors = scratch.inq_path() / "errors";
-    std::vector<char*> arguments;
-    for (std::string& word : command)
-        arguments.push_back(word.data());
-    arguments.push_back(nullptr);
+    std::vector<char*> arguments(command.size() + 1);
+    std::ranges::transform(command, arguments.begin(), [](std::string& word) { return word.data(); });
 
     const pid_t process = ::fork();
     if (process == 0)
