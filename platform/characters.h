@@ -9,6 +9,9 @@ namespace platform {
 [[nodiscard]] bool is_space(char c) noexcept;
 [[nodiscard]] bool is_space(utf16_t c) noexcept;
 
+// A letter or a digit.
+[[nodiscard]] bool is_alnum(char c) noexcept;
+
 // No character that is shown, but one that steers: a line end, an escape, a zero.
 [[nodiscard]] bool is_control(char c) noexcept;
 

@@ -3,6 +3,7 @@
 #include "platform/utf16.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 
 namespace platform {
@@ -11,7 +12,7 @@ namespace platform {
 // platform/files.h.
 class file_handle final {
 public:
-    // Opens an existing regular file; anything else is refused.
+    // Opens an existing regular file; anything else is refused, and so is a null or empty path.
     [[nodiscard]] static file_handle open_to_read(const utf16_t* path) noexcept;
 
     // Creates a file that only its owner may read and write. Neither replaces nor follows an entry that
@@ -23,6 +24,9 @@ public:
     ~file_handle();
 
     [[nodiscard]] bool is_open() const noexcept { return m_descriptor >= 0; }
+
+    // The number of bytes that the file holds; -1 on failure.
+    [[nodiscard]] std::int64_t inq_size() const noexcept;
 
     // Reads up to target.size() bytes, at least one unless the file ends. Answers their number, 0 at the end
     // of the file, -1 on failure.

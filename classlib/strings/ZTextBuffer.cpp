@@ -205,11 +205,11 @@ void ZTextBuffer<Unit>::replace(view_t search, view_t replacement) {
     Unit* out = replaced.get();
     std::size_t from = 0;
     for (auto at = text.find(search); at != text.npos; at = text.find(search, from)) {
-        out = std::copy_n(text.data() + from, at - from, out);
-        out = std::copy_n(replacement.data(), replacement.size(), out);
+        out += text.copy(out, at - from, from);
+        out += replacement.copy(out, replacement.size());
         from = at + search.size();
     }
-    std::copy_n(text.data() + from, text.size() - from, out);
+    text.copy(out, text.size() - from, from);
     m_units = std::move(replaced);
 }
 

@@ -26,24 +26,28 @@ bool is_space(utf16_t c) noexcept {
     return std::iswspace(static_cast<std::wint_t>(c)) != 0;
 }
 
+bool is_alnum(char c) noexcept {
+    return std::isalnum(as_byte(c)) != 0;
+}
+
 bool is_control(char c) noexcept {
     return std::iscntrl(as_byte(c)) != 0;
 }
 
 char to_upper(char c) noexcept {
-    return static_cast<char>(std::toupper(as_byte(c)));
-}
+        return static_cast<char>(std::toupper(as_byte(c)));
+    }
 
-utf16_t to_upper(utf16_t c) noexcept {
-    return mapped(c, std::towupper(static_cast<std::wint_t>(c)));
-}
+    utf16_t to_upper(utf16_t c) noexcept {
+        return mapped(c, std::towupper(static_cast<std::wint_t>(c)));
+    }
 
-char to_lower(char c) noexcept {
-    return static_cast<char>(std::tolower(as_byte(c)));
-}
+    char to_lower(char c) noexcept {
+        return static_cast<char>(std::tolower(as_byte(c)));
+    }
 
-utf16_t to_lower(utf16_t c) noexcept {
-    return mapped(c, std::towlower(static_cast<std::wint_t>(c)));
-}
+    utf16_t to_lower(utf16_t c) noexcept {
+        return mapped(c, std::towlower(static_cast<std::wint_t>(c)));
+    }
 
 } // namespace platform

@@ -50,6 +50,11 @@ file_handle::~file_handle() {
         ::close(m_descriptor);
 }
 
+std::int64_t file_handle::inq_size() const noexcept {
+    struct stat status {};
+    return ::fstat(m_descriptor, &status) == 0 ? status.st_size : -1;
+}
+
 std::ptrdiff_t file_handle::read(std::span<std::byte> target) noexcept {
     return uninterrupted([&] { return ::read(m_descriptor, target.data(), target.size()); });
 }

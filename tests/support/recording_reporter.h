@@ -4,6 +4,7 @@
 #include "classlib/strings/ZUString.h"
 #include "tests/support/shown_text.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,17 @@ public:
 
     // Each as "warning 12 ZFile: text".
     [[nodiscard]] const std::vector<std::string>& inq_reports() const noexcept { return m_reports; }
+
+    // All of them as "warning ZFile: text", each followed by ";", and forgets them.
+    [[nodiscard]] std::string take_without_lines() {
+        std::string texts;
+        for (const std::string& report : m_reports) {
+            const std::size_t line = report.find(' ');
+            texts += report.substr(0, line) + report.substr(report.find(' ', line + 1)) + ';';
+        }
+        m_reports.clear();
+        return texts;
+    }
 
     bool assertion_failure(const ZUString& expression, const char* file, int line) override {
         return record("assertion", expression, file, line);

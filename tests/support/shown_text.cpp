@@ -48,6 +48,10 @@ std::string shown(const utf16_t* text) {
     return quoted(text);
 }
 
+std::string bytes_of(const ZData& data) {
+    return {data.inq_data(), data.inq_data() + data.inq_n_bytes()};
+}
+
 ZUString wide(const char* ascii) {
     if (ascii == nullptr)
         return {};

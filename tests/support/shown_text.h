@@ -1,5 +1,6 @@
 #pragma once
 
+#include "classlib/streams/ZData.h"
 #include "classlib/strings/ZUString.h"
 #include "platform/utf16.h"
 
@@ -14,6 +15,9 @@
 // The same with the two empty forms told apart: null, '' and 'abc'.
 [[nodiscard]] std::string shown(const char* text);
 [[nodiscard]] std::string shown(const utf16_t* text);
+
+// The bytes in use, as they are.
+[[nodiscard]] std::string bytes_of(const ZData& data);
 
 // A string from an ASCII text, made without the widening of ZUString; null for null.
 [[nodiscard]] ZUString wide(const char* ascii);

@@ -1,18 +1,23 @@
 #include "classlib/strings/ZString.h"
 #include "classlib/strings/ZUString.h"
 #include "classlib/strings/integer_text.h"
+#include "tests/support/allocation_meter.h"
+#include "tests/support/recording_reporter.h"
 #include "tests/support/runs_out_of_memory.h"
 #include "tests/support/shown_text.h"
 
 #include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <gtest/gtest.h>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 
 // What byte text and wide text have in common: each test runs for both units.
 namespace {
@@ -23,6 +28,8 @@ using string_of = std::conditional_t<std::is_same_v<Unit, char>, ZString, ZUStri
 template <typename Unit>
 class twins_test : public testing::Test {
 protected:
+    string_of<Unit> make(const char* ascii) { return string_of<Unit>(text(ascii)); }
+
     // The ASCII text in this twin's units; null for null.
     const Unit* text(const char* ascii) {
         if (ascii == nullptr)
@@ -144,6 +151,272 @@ TYPED_TEST(twins_test, assignment_allocates_the_exact_size_once_or_leaves_null) 
         s = this->text("abcdef");
         EXPECT_TRUE(runs_out_of_memory(1, [&] { assign(s, other); }));
         EXPECT_EQ(shown(s), "null");
+    }
+}
+
+TYPED_TEST(twins_test, comparison) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<string_t, string_t, int, int>;
+    const row_t rows[] = {
+        {this->make(nullptr), this->make(nullptr), 0, 0}, {this->make(nullptr), this->make(""), 0, 0},
+        {this->make(nullptr), this->make("abc"), -1, -1}, {this->make(""), this->make("abc"), -1, -1},
+        {this->make("abc"), this->make("abc"), 0, 0},     {this->make("a"), this->make("abc"), -1, -1},
+        {this->make("ABC"), this->make("abc"), -1, 0},    {this->make("B"), this->make("a"), -1, 1},
+        {this->make("_"), this->make("A"), 1, -1},        {this->make("z"), this->make("\xE9"), -1, -1}};
+    for (const auto& [a, b, order, order_without_case] : rows) {
+        SCOPED_TRACE(shown(a) + " and " + shown(b));
+        EXPECT_EQ(a.compare(b), order);
+        EXPECT_EQ(b.compare(a), -order);
+        EXPECT_EQ(a.compare_no_case(b), order_without_case);
+        EXPECT_EQ(b.compare_no_case(a), -order_without_case);
+        EXPECT_EQ(a == b, order == 0);
+        EXPECT_EQ(a == static_cast<const TypeParam*>(b), order == 0);
+        EXPECT_EQ(a.is_equal(b), order == 0);
+        EXPECT_EQ(a.is_equal_no_case(b), order_without_case == 0);
+        EXPECT_EQ(a < b, order < 0);
+        EXPECT_EQ(a > b, order > 0);
+    }
+}
+
+TYPED_TEST(twins_test, search) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<const char*, const char*, int, int>;
+    const row_t rows[] = {{"a.b.c", ".", 0, 1},     {"a.b.c", ".", 2, 3},    {"a.b.c", ".", 4, -1},
+                          {"a.b.c", ".", 9, -1},    {"abcbc", "bc", 0, 1},   {"abcbc", "bc", 2, 3},
+                          {"abcbc", "bc", 4, -1},   {"abcbc", "bcd", 3, -1}, {"abcbc", "", 2, 2},
+                          {"abcbc", nullptr, 4, 4}, {"abcbc", "", 5, -1},    {"", "", 0, -1},
+                          {"", ".", 0, -1},         {nullptr, ".", 0, -1},   {nullptr, nullptr, 0, -1}};
+    for (const auto& [text, search, start, want] : rows) {
+        SCOPED_TRACE(testing::Message() << shown(text) << ", " << shown(search) << ", " << start);
+        const string_t s = this->make(search);
+        EXPECT_EQ(this->make(text).find(static_cast<const TypeParam*>(s), start), want);
+        if (s.length() == 1) {
+            EXPECT_EQ(this->make(text).find(s.inq_char(0), start), want);
+        }
+    }
+    EXPECT_EQ(this->make("a.b.c").find_last(TypeParam('.')), 3);
+    EXPECT_EQ(this->make("").find_last(TypeParam('.')), -1);
+    EXPECT_EQ(string_t().find_last(TypeParam('.')), -1);
+}
+
+TYPED_TEST(twins_test, single_units) {
+    using string_t = string_of<TypeParam>;
+    const string_t s = this->make("ab");
+    EXPECT_EQ(s.inq_char(1), TypeParam('b'));
+    for (const int outside : {-1, 2, 3, INT_MIN, INT_MAX}) {
+        EXPECT_EQ(s.inq_char(outside), 0) << outside;
+        EXPECT_EQ(string_t().inq_char(outside), 0) << outside;
+    }
+    EXPECT_EQ(s.inq_length(), 2);
+    EXPECT_EQ(string_t().inq_length(), 0);
+}
+
+TYPED_TEST(twins_test, concatenation) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<const char*, const char*, const char*>;
+    const row_t rows[] = {
+        {nullptr, nullptr, "null"}, {nullptr, "", "''"}, {"", nullptr, "''"},   {"", "", "''"},
+        {nullptr, "b", "'b'"},      {"", "bc", "'bc'"},  {"a", nullptr, "'a'"}, {"a", "", "'a'"},
+        {"ab", "cde", "'abcde'"}};
+    for (const auto& [first, second, want] : rows) {
+        SCOPED_TRACE(shown(first) + " + " + shown(second));
+        const string_t a = this->make(first);
+        const string_t b = this->make(second);
+        const TypeParam* const text = b;
+        EXPECT_EQ(shown(a + b), want);
+        EXPECT_EQ(shown(a + text), want);
+        EXPECT_EQ(shown(static_cast<const TypeParam*>(a) + b), want);
+        string_t by_string = a;
+        string_t by_text = a;
+        EXPECT_EQ(shown((by_string += b) += this->text(nullptr)), want);
+        EXPECT_EQ(shown((by_text += text) += string_t()), want);
+    }
+    string_t s = this->make("a") + TypeParam('b') + TypeParam(0);
+    s += TypeParam('c');
+    s += TypeParam(0);
+    EXPECT_EQ(shown(s), "'abc'");
+    EXPECT_EQ(shown(string_t() += TypeParam(0)), "null");
+}
+
+TYPED_TEST(twins_test, counted_appending_never_leaves_null) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<const char*, const char*, int, const char*>;
+    const row_t rows[] = {{"a", "xyz", 2, "'axy'"},    {"a", "xyz", 5, "'axyz'"}, {"a", "xyz", -1, "'axyz'"},
+                          {"a", "xyz", 0, "'a'"},      {"a", nullptr, 2, "'a'"},  {nullptr, "xyz", 0, "''"},
+                          {nullptr, nullptr, 0, "''"}, {nullptr, "xyz", 1, "'x'"}};
+    for (const auto& [old, text, count, want] : rows) {
+        string_t s = this->make(old);
+        s.append(this->make(text), count);
+        EXPECT_EQ(shown(s), want) << shown(text) << ", " << count;
+    }
+}
+
+TYPED_TEST(twins_test, replacement) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<const char*, const char*, const char*, const char*>;
+    const row_t rows[] = {{"C:/a/b", "/", "\\", "'C:\\a\\b'"}, {"aaaa", "aa", "b", "'bb'"},
+                          {"aaa", "aa", "b", "'ba'"},          {"\r\r", "\r", "", "null"},
+                          {"\r\r", "\r", nullptr, "null"},     {"ab", "b", "bb", "'abb'"},
+                          {"abcabc", "bc", "", "'aa'"},        {"abc", "x", "yy", "'abc'"},
+                          {"abc", "abcd", "y", "'abc'"},       {"", "x", "yy", "null"},
+                          {nullptr, "x", "yy", "null"},        {"xax", "x", "123", "'123a123'"}};
+    for (const auto& [text, search, replacement, want] : rows) {
+        string_t s = this->make(text);
+        s.replace(this->make(search), this->make(replacement));
+        EXPECT_EQ(shown(s), want) << shown(text) << ", " << search;
+    }
+}
+
+TYPED_TEST(twins_test, an_empty_search_is_reported_and_changes_nothing) {
+    using string_t = string_of<TypeParam>;
+    for (const char* const text : {"abc", "", static_cast<const char*>(nullptr)}) {
+        recording_reporter reporter;
+        string_t s = this->make(text);
+        s.replace(string_t(), this->make("x"));
+        EXPECT_EQ(shown(s), shown(text));
+        const std::string file = std::is_same_v<TypeParam, char> ? "ZString" : "ZUString";
+        EXPECT_EQ(reporter.take_without_lines(), "assertion " + file + ": search_len > 0;");
+    }
+}
+
+TYPED_TEST(twins_test, changes_allocate_the_exact_size_once_or_change_nothing) {
+    using string_t = string_of<TypeParam>;
+    // Each changes 'abc' by 'b' or by a piece of itself.
+    using row_t = std::pair<void (*)(string_t & s, const TypeParam* own, const string_t& b), std::string>;
+    const row_t rows[] = {
+        {[](string_t& s, const TypeParam*, const string_t& b) { s += b; }, "'abcb'"},
+        {[](string_t& s, const TypeParam*, const string_t&) { s += s; }, "'abcabc'"},
+        {[](string_t& s, const TypeParam* own, const string_t&) { s += own + 1; }, "'abcbc'"},
+        {[](string_t& s, const TypeParam* own, const string_t&) { s += own + 3; }, "'abc'"},
+        {[](string_t& s, const TypeParam*, const string_t&) { s += TypeParam('!'); }, "'abc!'"},
+        {[](string_t& s, const TypeParam* own, const string_t&) { s.append(own + 1, 1); }, "'abcb'"},
+        {[](string_t& s, const TypeParam*, const string_t&) { s.append(nullptr, 1); }, "'abc'"},
+        {[](string_t& s, const TypeParam*, const string_t& b) { s.replace(s, b); }, "'b'"},
+        {[](string_t& s, const TypeParam*, const string_t& b) { s.replace(b, s); }, "'aabcc'"},
+        {[](string_t& s, const TypeParam*, const string_t&) { s.replace(s, s); }, "'abc'"},
+    };
+    const string_t b = this->make("b");
+    for (const row_t& row : rows) {
+        SCOPED_TRACE(row.second);
+        string_t s = this->make("abc");
+        {
+            const allocation_meter::section section(0);
+            row.first(s, s, b);
+            EXPECT_EQ(section.inq_asked(), 1);
+            EXPECT_EQ(section.inq_bytes(), (row.second.size() - 1) * sizeof(TypeParam)); // quotes off, 0 on
+        }
+        EXPECT_EQ(shown(s), row.second);
+        s = this->make("abc");
+        EXPECT_TRUE(runs_out_of_memory(1, [&] { row.first(s, s, b); }));
+        EXPECT_EQ(shown(s), "'abc'");
+    }
+}
+
+TYPED_TEST(twins_test, running_out_of_memory_leaks_nothing_and_changes_no_operand) {
+    using string_t = string_of<TypeParam>;
+    using row_t = string_t (*)(const string_t& s, const TypeParam* text);
+    const row_t rows[] = {
+        [](const string_t& s, const TypeParam*) { return s + s; },
+        [](const string_t& s, const TypeParam* text) { return s + text; },
+        [](const string_t& s, const TypeParam* text) { return text + s; },
+        [](const string_t& s, const TypeParam*) { return s + TypeParam('!'); },
+        [](const string_t& s, const TypeParam*) { return s.left(2); },
+        [](const string_t& s, const TypeParam*) { return s.right(2); },
+        [](const string_t& s, const TypeParam*) { return s.right(9); },
+        [](const string_t& s, const TypeParam*) { return s.mid(1, 2); },
+        [](const string_t& s, const TypeParam*) { return s.sub_string(1, 2); },
+        [](const string_t& s, const TypeParam*) { return string_t(s, 2); },
+        [](const string_t&, const TypeParam* text) { return string_t(text, 1, 2); },
+        [](const string_t& s, const TypeParam*) {
+            string_t copy(s);
+            copy.strip_cr();
+            return copy;
+        },
+        [](const string_t& s, const TypeParam*) {
+            string_t copy(s);
+            copy.lf_to_crlf();
+            return copy;
+        },
+    };
+    const string_t s = this->make("a\r\nb");
+    const TypeParam* const text = this->text("text");
+    for (const row_t& row : rows) {
+        bool has_failed = true;
+        for (int n = 1; has_failed; ++n) {
+            const allocation_meter::section section(n);
+            try {
+                EXPECT_GT(row(s, text).length(), 0);
+                has_failed = false;
+            } catch (const std::bad_alloc&) {
+                EXPECT_TRUE(section.inq_failed());
+            }
+            EXPECT_EQ(section.inq_held(), 0) << &row - rows << ", " << n;
+            EXPECT_EQ(shown(s), "'a<0D><0A>b'");
+        }
+    }
+}
+
+TYPED_TEST(twins_test, changes_of_the_whole_text) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<const char*, void (string_t::*)(), const char*>;
+    constexpr auto trim = static_cast<void (string_t::*)()>(&string_t::trim);
+    const row_t rows[] = {{"  a b  ", trim, "'a b'"},
+                          {" \t\n\v\f\r ", trim, "null"},
+                          {"ab", trim, "'ab'"},
+                          {"a ", trim, "'a'"},
+                          {" a", trim, "'a'"},
+                          {"", trim, "null"},
+                          {nullptr, trim, "null"},
+                          {"aZ{1", &string_t::to_upper, "'AZ{1'"},
+                          {"aZ[1", &string_t::to_lower, "'az[1'"},
+                          {nullptr, &string_t::to_upper, "null"},
+                          {"", &string_t::to_lower, "''"},
+                          {"a\r\nb\r", &string_t::strip_cr, "'a<0A>b'"},
+                          {"\r", &string_t::strip_cr, "null"},
+                          {"a\nb", &string_t::lf_to_crlf, "'a<0D><0A>b'"},
+                          {"a\r\nb", &string_t::lf_to_crlf, "'a<0D><0D><0A>b'"},
+                          {nullptr, &string_t::lf_to_crlf, "null"}};
+    for (const auto& [text, change, want] : rows) {
+        string_t s = this->make(text);
+        (s.*change)();
+        EXPECT_EQ(shown(s), want) << shown(text);
+    }
+}
+
+TYPED_TEST(twins_test, parts_of_a_text) {
+    using string_t = string_of<TypeParam>;
+    using row_t = std::tuple<string_t, const char*>;
+    const string_t abc = this->make("abc");
+    const string_t null;
+    const row_t rows[] = {{abc.left(2), "'ab'"},    {abc.left(0), "''"},
+                          {abc.left(9), "'abc'"},   {null.left(2), "''"},
+                          {abc.right(2), "'bc'"},   {abc.right(0), "''"},
+                          {abc.right(3), "'abc'"},  {abc.right(9), "'abc'"},
+                          {null.right(2), "null"},  {abc.mid(1, 1), "'b'"},
+                          {abc.mid(1, 2), "'bc'"},  {abc.mid(2, 5), "'abc'"},
+                          {abc.mid(3, 0), "''"},    {abc.mid(INT_MAX, INT_MAX), "'abc'"},
+                          {null.mid(0, 1), "null"}, {abc.sub_string(-2, -1), "'bc'"}};
+    for (std::size_t i = 0; i < std::size(rows); ++i)
+        EXPECT_EQ(shown(std::get<0>(rows[i])), std::get<1>(rows[i])) << "row " << i;
+}
+
+TYPED_TEST(twins_test, numbers) {
+    std::int64_t wide_value = 0;
+    int value = 0;
+    unsigned int unsigned_value = 0;
+    int base = 0;
+    EXPECT_TRUE(this->make(" -0x1F").to_int64(wide_value, &base) && wide_value == -31 && base == 16);
+    EXPECT_TRUE(this->make("0b11").to_int(value, nullptr) && value == 3);
+    EXPECT_TRUE(this->make("4294967295").to_uint(unsigned_value, nullptr) && unsigned_value == 4294967295U);
+
+    using row_t = std::tuple<const char*, bool, double>;
+    const row_t rows[] = {{" 3.5e2xyz", true, 350}, {"-.25", true, -0.25}, {"1.5.5", true, 1.5},
+                          {"abc", false, 4711},     {"", false, 4711},     {" ", false, 4711},
+                          {nullptr, false, 4711}};
+    for (const auto& [text, is_number, want] : rows) {
+        double number = 4711;
+        EXPECT_EQ(this->make(text).to_double(number), is_number) << shown(text);
+        EXPECT_EQ(number, want) << shown(text);
     }
 }
 

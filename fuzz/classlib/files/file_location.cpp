@@ -1,0 +1,79 @@
+#include "classlib/files/ZFileLocation.h"
+#include "fuzz/fuzz_target.h"
+
+#include <string>
+
+// What a location is parsed from is what it is composed to.
+namespace {
+
+using units_t = std::basic_string<utf16_t>;
+constexpr utf16_t separator = u'\\';
+
+units_t units_of(const ZUString& s) {
+    return {static_cast<const utf16_t*>(s), static_cast<std::size_t>(s.length())};
+}
+
+// The path that a location parsed from a text is composed to: the text, but for a server without a name.
+units_t composed(units_t text) {
+    const bool is_unc = text.starts_with(units_t(2, separator)) && text.find(u':') != 1;
+    return is_unc && (text.size() == 2 || text[2] == separator) ? text.substr(2) : text;
+}
+
+void check_parts(const ZFileLocation& location) {
+    const units_t volume = units_of(location.inq_volume());
+    const units_t folder = units_of(location.inq_folder());
+    const units_t name = units_of(location.inq_name());
+    require(name.find(separator) == name.npos, "a name holds a separator");
+    require(folder.empty() || folder.back() == separator, "a folder does not end with a separator");
+    require(units_of(location.inq_base_name()) + units_of(location.inq_extension()) == name,
+            "a name is not its base name and its extension");
+    require(units_of(location.inq_description()) == name + UTF16(" - ") + volume + folder,
+            "a description is not name, volume and folder");
+    const utf16_t letter = location.inq_drive_letter();
+    const units_t server = units_of(location.inq_server());
+    const units_t want = letter != 0      ? units_t{letter, u':'}
+                         : server.empty() ? server
+                                          : UTF16("\\\\") + server;
+    require(volume == want, "a volume is neither a drive nor a server");
+}
+
+void check_steps(const ZFileLocation& location) {
+    ZFileLocation moved = location;
+    moved.name_to_folder();
+    require(moved.inq_name().length() == 0, "a name stayed when it became a folder");
+    if (location.inq_folder().length() > 0 && location.inq_name().length() > 0) {
+        moved.folder_to_name();
+        require(moved.inq_folder() == location.inq_folder() && moved.inq_name() == location.inq_name(),
+                "a name did not come back from the folder");
+    }
+    while (moved.inq_folder().length() > 0) {
+        const int length = moved.inq_folder().length();
+        if (!moved.to_parent_folder())
+            break;
+        require(moved.inq_folder().length() < length, "a parent folder is not shorter");
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    fuzz_input input(data, size);
+    units_t text;
+    while (!input.is_empty())
+        text += input.take_value<unsigned char>(); // the structure of a path is ASCII
+    const ZUString path(text.c_str());
+    const ZFileLocation location(path, false);
+    check_parts(location);
+    check_steps(location);
+
+    ZUString normal = path;
+    normal.replace(UTF16("/"), UTF16("\\"));
+    const bool is_stray_colon = normal.inq_char(0) == separator && normal.inq_char(1) == u':';
+    if (!is_stray_colon)
+        require(units_of(location.inq_path()) == composed(units_of(normal)), "a path changed its text");
+    const ZUString closed =
+        location.inq_name().length() > 0 ? location.inq_path() + separator : location.inq_path();
+    require(is_stray_colon || ZFileLocation(path, true).inq_path() == closed,
+            "a folder's path is not closed by a separator");
+    return 0;
+}
