@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <span>
 
 namespace sdk_open {
 namespace {
@@ -53,22 +54,31 @@ input_file::input_file(const std::string& path) : m_file(system_calls::open_for_
     }
 }
 
+std::vector<std::byte> input_file::read_first(std::size_t count) const {
+    std::vector<std::byte> contents(count);
+    std::size_t filled = 0;
+    while (filled < count) {
+        const auto added =
+            system_calls::read_some_at(m_file.inq(), filled, std::span(contents).subspan(filled));
+        if (added < 0)
+            throw_cannot_read(errno);
+        if (added == 0)
+            break;
+        filled += static_cast<std::size_t>(added);
+    }
+    contents.resize(filled);
+    return contents;
+}
+
 std::vector<std::byte> input_file::read_whole() const {
     const std::uint64_t size = checked_status(m_file).size;
     if (size == 0)
         throw failure(error_code_t::not_a_raw_picture, "the file is empty");
     if (size > largest_input)
         throw failure(error_code_t::not_supported, "the file is larger than 1 GiB");
-    std::vector<std::byte> contents(size);
-    std::size_t filled = 0;
-    while (filled < contents.size()) {
-        const auto count = system_calls::read_some(m_file.inq(), std::span(contents).subspan(filled));
-        if (count < 0)
-            throw_cannot_read(errno);
-        if (count == 0)
-            throw failure(error_code_t::cannot_open_input, "the file became shorter while it was read");
-        filled += static_cast<std::size_t>(count);
-    }
+    auto contents = read_first(size);
+    if (contents.size() < size)
+        throw failure(error_code_t::cannot_open_input, "the file became shorter while it was read");
     return contents;
 }
 

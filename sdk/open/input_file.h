@@ -16,6 +16,9 @@ public:
     // can but may not be opened, or is a folder, a pipe or a device.
     explicit input_file(const std::string& path);
 
+    // The first bytes; fewer where the file has fewer. Throws failure where reading fails.
+    [[nodiscard]] std::vector<std::byte> read_first(std::size_t count) const;
+
     // The whole contents. Throws failure where reading fails, the file is empty or it is larger than any raw
     // picture.
     [[nodiscard]] std::vector<std::byte> read_whole() const;

@@ -11,9 +11,10 @@
 namespace sdk_open {
 namespace {
 
-// With its separator; empty for a name without a folder.
+// With its separator.
 std::string folder_of(const std::string& path) {
-    return path.substr(0, path.rfind('/') + 1);
+    const std::size_t separator = path.rfind('/');
+    return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
 }
 
 // 80 random bits, so that nobody can put something of that name in the way beforehand.
@@ -32,7 +33,8 @@ std::string random_name(int& error_number) {
 output_file::output_file(std::string path, const std::vector<system_calls::file_identity>& raw_files)
     : m_path(std::move(path)), m_raw_files(raw_files) {
     check_target();
-    create_beside_target();
+    if (!system_calls::may_make_files_in(folder_of(m_path)))
+        throw_errno();
 }
 
 output_file::~output_file() {
@@ -81,6 +83,8 @@ void output_file::throw_errno() const {
 }
 
 void output_file::write_at(std::uint64_t position, std::span<const std::byte> bytes) {
+    if (m_temporary_path.empty())
+        create_beside_target();
     while (!bytes.empty()) {
         const auto count = system_calls::write_some_at(m_file.inq(), position, bytes);
         if (count <= 0)
@@ -91,7 +95,7 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
 }
 
 void output_file::commit() {
-    const std::string folder = m_path.find('/') == std::string::npos ? "." : folder_of(m_path);
+    const std::string folder = folder_of(m_path);
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
         throw_errno();
     check_target();

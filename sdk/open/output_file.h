@@ -13,7 +13,8 @@ namespace sdk_open {
 
 // A file that appears under its name whole or not at all. It is written under a hard-to-guess name beside the
 // target; commit() puts it in the target's place. Without commit() the destructor removes what was begun and
-// an older target stays as it was.
+// an older target stays as it was. That name exists from the first write only: a process that is killed while
+// the picture is still in the making, which takes most of the time, leaves nothing behind.
 //
 // Every failure is thrown as failure(cannot_write_output) and names the target.
 class output_file final {
@@ -29,7 +30,8 @@ public:
     // Writes all bytes at a position counted from the file's start.
     void write_at(std::uint64_t position, std::span<const std::byte> bytes);
 
-    // Brings the file to the medium and under its own name. Nothing can be written afterwards.
+    // Brings the file, of which something must have been written, to the medium and under its own name.
+    // Nothing can be written afterwards.
     void commit();
 
 private:

@@ -63,8 +63,13 @@ bool may_write(const std::string& path) noexcept {
     return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
-std::ptrdiff_t read_some(int descriptor, std::span<std::byte> target) noexcept {
-    return repeated_when_interrupted([&] { return ::read(descriptor, target.data(), target.size()); });
+bool may_make_files_in(const std::string& folder) noexcept {
+    return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+std::ptrdiff_t read_some_at(int descriptor, std::uint64_t position, std::span<std::byte> target) noexcept {
+    return repeated_when_interrupted(
+        [&] { return ::pread(descriptor, target.data(), target.size(), static_cast<off_t>(position)); });
 }
 
 std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
@@ -87,7 +92,7 @@ void flush_folder(const std::string& path) noexcept {
 }
 
 int close_file(int descriptor) noexcept {
-    return ::close(descriptor);
+    return ::close(descriptor) == 0 || errno == EINTR ? 0 : -1;
 }
 
 int rename_over(const std::string& from, const std::string& to) noexcept {

@@ -38,9 +38,11 @@ struct file_status {
 [[nodiscard]] int status_of_path(const std::string& path, file_status& status) noexcept;
 
 [[nodiscard]] bool may_write(const std::string& path) noexcept;
+[[nodiscard]] bool may_make_files_in(const std::string& folder) noexcept;
 
 // The number of bytes read, 0 at the end of the file.
-[[nodiscard]] std::ptrdiff_t read_some(int descriptor, std::span<std::byte> target) noexcept;
+[[nodiscard]] std::ptrdiff_t read_some_at(int descriptor, std::uint64_t position,
+                                          std::span<std::byte> target) noexcept;
 
 // The number of bytes written, which may be fewer than asked for.
 [[nodiscard]] std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
@@ -52,7 +54,7 @@ struct file_status {
 // The same for the names in a folder, as far as the file system can.
 void flush_folder(const std::string& path) noexcept;
 
-// The descriptor is gone whatever the answer is.
+// The descriptor is gone whatever the answer is; a close that was interrupted is no failure.
 int close_file(int descriptor) noexcept;
 
 [[nodiscard]] int rename_over(const std::string& from, const std::string& to) noexcept;
