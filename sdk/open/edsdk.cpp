@@ -4,11 +4,14 @@
 #include "sdk/open/failure.h"
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"
+#include "sdk/open/input_file.h"
 #include "sdk/open/open_objects.h"
+#include "sdk/open/raw_format.h"
 #include "sdk/open/system_calls.h"
 #include "sdk/open/tiff_writer.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <new>
 #include <optional>
@@ -55,6 +58,14 @@ eds_error_t guarded(Body&& body) noexcept {
     } catch (...) {
         return failed(error_code_t::failed, "internal error");
     }
+}
+
+// Looks at the first bytes before it reads them all: what is no raw file may be large.
+std::vector<std::byte> read_raw_file(const input_file& file) {
+    const auto signature = file.read_first(raw_signature_size);
+    if (!signature.empty())
+        static_cast<void>(recognise_raw_format(signature));
+    return file.read_whole();
 }
 
 void check_argument(bool is_given) {
@@ -116,7 +127,7 @@ eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
         handle_table& handles = running_session().handles;
-        *image = handles.make<raw_image>(handles.find<input_stream>(stream).file.read_whole());
+        *image = handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
     });
 }
 

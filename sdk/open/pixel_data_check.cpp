@@ -9,7 +9,7 @@
 namespace sdk_open {
 namespace {
 
-constexpr std::uint64_t most_samples = 400'000'000;
+constexpr std::uint64_t most_crw_samples = 32'000'000; // three times what the last of these cameras made
 
 [[noreturn]] void throw_no_picture() {
     throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
@@ -18,8 +18,8 @@ constexpr std::uint64_t most_samples = 400'000'000;
 // The decoder of a .crw fetches a few bytes ahead of the bits it needs, and the camera may add a marker and
 // fill up after them.
 bool ends_near(std::size_t stop, std::size_t end) noexcept {
-    constexpr std::size_t padding = 16;
-    constexpr std::size_t read_ahead = 4;
+    constexpr std::size_t padding = 4;
+    constexpr std::size_t read_ahead = 2;
     return stop + padding >= end && stop <= end + read_ahead;
 }
 
@@ -56,10 +56,11 @@ void pixel_data_check::after_decoding(std::size_t stop) const {
 }
 
 void pixel_data_check::check_size() const {
-    if (sample_count() > most_samples)
-        throw failure(error_code_t::not_supported, "the raw picture has more than 400 million pixels");
+    const bool is_cr2 = m_format == raw_format_t::cr2;
+    if (sample_count() > (is_cr2 ? most_samples : most_crw_samples))
+        throw failure(error_code_t::not_supported, "the raw picture has more pixels than any camera makes");
     // The shortest code of a .cr2 takes a bit, and a block of 64 samples of a .crw four bits.
-    const std::uint64_t samples_per_byte = m_format == raw_format_t::cr2 ? 8 : 128;
+    const std::uint64_t samples_per_byte = is_cr2 ? 8 : 128;
     if (sample_count() > m_bytes.size() * samples_per_byte)
         throw_damaged("the pixel data end early");
 }

@@ -9,6 +9,9 @@
 
 namespace sdk_open {
 
+// A raw picture with more samples is refused; no camera has made one.
+inline constexpr std::uint64_t most_samples = 400'000'000;
+
 // Finds the damage that LibRaw's decoders would not notice, or would not survive. They return without a word,
 // and with a blank picture, where the headers or code tables in front of the pixel data make no sense; they
 // take a code that stands for nothing as a difference of zero that took no bits; they divide by the widths of

@@ -5,6 +5,9 @@
 
 namespace sdk_open {
 
+// How many bytes from the file's start tell its format.
+inline constexpr std::size_t raw_signature_size = 16;
+
 enum class raw_format_t {
     cr2, // a TIFF container, the mosaic as lossless JPEG
     crw, // a heap of records, the mosaic in the coding of its own

@@ -3,6 +3,7 @@
 #include "sdk/open/colour_profile.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/metadata_field.h"
+#include "sdk/open/pixel_data_check.h"
 #include "sdk/open/tiff_directory.h"
 #include "sdk/open/tiff_handle.h"
 
@@ -70,6 +71,12 @@ private:
     std::uint64_t m_size = 0;
     std::exception_ptr m_failure;
 };
+
+// The largest picture and two full directories of fields leave room within the 4 GiB that the classic form of
+// a TIFF can address, which is the one that every program reads: "wl" needs no BigTIFF.
+constexpr std::uint64_t largest_picture = most_samples * developed_picture::channels * sizeof(std::uint16_t);
+constexpr std::uint64_t room_for_directories = 16 << 20;
+static_assert(largest_picture + room_for_directories < std::uint64_t{1} << 32);
 
 class tiff_writer final {
 public:
