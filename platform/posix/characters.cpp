@@ -35,19 +35,19 @@ bool is_control(char c) noexcept {
 }
 
 char to_upper(char c) noexcept {
-        return static_cast<char>(std::toupper(as_byte(c)));
-    }
+    return static_cast<char>(std::toupper(as_byte(c)));
+}
 
-    utf16_t to_upper(utf16_t c) noexcept {
-        return mapped(c, std::towupper(static_cast<std::wint_t>(c)));
-    }
+utf16_t to_upper(utf16_t c) noexcept {
+    return mapped(c, std::towupper(static_cast<std::wint_t>(c)));
+}
 
-    char to_lower(char c) noexcept {
-        return static_cast<char>(std::tolower(as_byte(c)));
-    }
+char to_lower(char c) noexcept {
+    return static_cast<char>(std::tolower(as_byte(c)));
+}
 
-    utf16_t to_lower(utf16_t c) noexcept {
-        return mapped(c, std::towlower(static_cast<std::wint_t>(c)));
-    }
+utf16_t to_lower(utf16_t c) noexcept {
+    return mapped(c, std::towlower(static_cast<std::wint_t>(c)));
+}
 
 } // namespace platform
