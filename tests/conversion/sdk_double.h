@@ -2,8 +2,8 @@
 
 #include "conversion/edsdk.h"
 
+#include <cstddef>
 #include <deque>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <string>
@@ -11,15 +11,17 @@
 #include <vector>
 
 struct __EdsObject { // NOLINT(bugprone-reserved-identifier): see conversion/edsdk.h
-    enum class kind_t { input, image, output } kind;
+    std::size_t number;
     bool is_open;
 };
 
-// Stands in for the SDK: whoever links it gets the six functions, which go to the one double that lives.
-// Every call succeeds unless told otherwise, and is logged as one line, for example
+// Stands in for the SDK in one conversion: whoever links it gets the six functions, which go to the one
+// double that lives. Every call succeeds unless told otherwise, and is logged as one line, for example
 //     EdsCreateFileStream(\photos\a.cr2, 2, 2) -> #1
-//     EdsSaveImage(#1, 8, {0, null, 0}, #2) -> error 5
-// with the path's bytes as they came and the handles numbered as they were given out.
+//     EdsSaveImage(#1, 8, #2) -> error 5
+// with the path's bytes as they came and the handles numbered as they were given out. What no SDK need put up
+// with fails the test: null or released handles, empty paths, calls outside a session, handles that are still
+// open when it ends, and a session that does not end.
 class sdk_double final {
 public:
     // What calls answer, by their number from 1 on; those without an entry succeed. A call that fails writes
@@ -38,41 +40,16 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& inq_calls() const noexcept { return m_calls; }
 
-    // What no SDK need put up with: null, unknown or wrong handles, null pointers, calls outside a session,
-    // and handles that are still open when it ends.
-    [[nodiscard]] const std::vector<std::string>& inq_misuses() const noexcept { return m_misuses; }
-
-    // The file that was last opened for reading.
-    [[nodiscard]] const std::filesystem::path& inq_input_path() const noexcept { return m_input_path; }
-
-    // The six functions.
-    eds_error_t initialize();
-    eds_error_t terminate();
-    eds_error_t create_file_stream(const char* path, eds_disposition_t disposition, eds_access_t access,
-                                   __EdsObject** stream);
-    eds_error_t create_image_ref(const __EdsObject* stream, __EdsObject** image);
-    eds_error_t save_image(const __EdsObject* image, eds_target_t target,
-                           const tagEdsSaveImageSetting& settings, const __EdsObject* stream);
-    eds_error_t release(__EdsObject* object);
+    eds_error_t begin_session();
+    eds_error_t end_session();
+    eds_error_t answer(std::string call, __EdsObject** new_object = nullptr);
 
 private:
-    using kind_t = __EdsObject::kind_t;
-
-    eds_error_t answer(const std::string& call);
-    eds_error_t answer_with_object(const std::string& call, kind_t kind, __EdsObject** object);
-    void expect(bool is_right, const std::string& misuse);
-    void expect_open(const __EdsObject* object, kind_t kind);
-    [[nodiscard]] bool is_open(const __EdsObject* object) const;
-    [[nodiscard]] std::string name_of(const __EdsObject* object) const;
-
     static sdk_double* current;
 
     answers_t m_answers;
     watch_t m_watch;
     std::vector<std::string> m_calls;
-    std::vector<std::string> m_misuses;
     std::deque<__EdsObject> m_objects; // a deque, so that each stays where it is
-    std::filesystem::path m_input_path;
-    bool m_is_session_open = false;
-    bool m_is_session_begun = false; // also when that failed
+    bool m_is_in_session = false;
 };

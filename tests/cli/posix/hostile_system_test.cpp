@@ -49,9 +49,10 @@ TEST_F(hostile_system_test, has_a_full_disk) {
     const std::string disk = path_of("disk");
     fs::create_directory(disk);
     // Prints what the disk holds at the end: nothing.
-    const std::string prefix =
-        R"(unshare --mount sh -c 'mount -t tmpfs -o size=64k none "$0" && "$@"; code=$?; ls -A "$0"; exit $code' )";
-    expect_failure({m_raw, disk + "/new.tif"}, 11, m_raw, "new.tif: No space left on device", prefix + disk);
+    const std::string script =
+        R"(mount -t tmpfs -o size=64k none "$0" && "$@"; code=$?; ls -A "$0"; exit $code)";
+    const std::string prefix = "unshare --mount sh -c '" + script + "' " + disk;
+    expect_failure({m_raw, disk + "/new.tif"}, 11, m_raw, "new.tif: No space left on device", prefix);
 }
 
 } // namespace
