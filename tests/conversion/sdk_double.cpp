@@ -34,25 +34,13 @@ sdk_double::sdk_double(answers_t answers, watch_t watch)
 }
 
 sdk_double::~sdk_double() {
-    EXPECT_FALSE(m_is_in_session);
+    EXPECT_TRUE(m_calls.empty() || m_calls.back().starts_with("EdsTerminateSDK"));
+    EXPECT_TRUE(std::ranges::none_of(m_objects, &__EdsObject::is_open));
     current = nullptr;
 }
 
-eds_error_t sdk_double::begin_session() {
-    EXPECT_TRUE(m_calls.empty()) << "a second session";
-    m_is_in_session = true;
-    return answer("EdsInitializeSDK()");
-}
-
-eds_error_t sdk_double::end_session() {
-    EXPECT_TRUE(std::ranges::none_of(m_objects, &__EdsObject::is_open));
-    const eds_error_t error = answer("EdsTerminateSDK()");
-    m_is_in_session = false;
-    return error;
-}
-
 eds_error_t sdk_double::answer(std::string call, __EdsObject** new_object) {
-    EXPECT_TRUE(m_is_in_session) << call;
+    EXPECT_EQ(m_calls.empty(), call == "EdsInitializeSDK()") << call;
     const auto scripted = m_answers.find(m_calls.size() + 1);
     const eds_error_t error = scripted != m_answers.end() ? scripted->second : eds_ok;
     if (error != eds_ok) {
@@ -71,23 +59,21 @@ eds_error_t sdk_double::answer(std::string call, __EdsObject** new_object) {
 
 eds_error_t EdsInitializeSDK() {
     const allocation_meter::exemption exemption;
-    return sdk_double::inq_current().begin_session();
+    return sdk_double::inq_current().answer("EdsInitializeSDK()");
 }
 
 eds_error_t EdsTerminateSDK() {
     const allocation_meter::exemption exemption;
-    return sdk_double::inq_current().end_session();
+    return sdk_double::inq_current().answer("EdsTerminateSDK()");
 }
 
 eds_error_t EdsCreateFileStream(const char* path, eds_disposition_t disposition, eds_access_t access,
                                 __EdsObject** stream) {
     const allocation_meter::exemption exemption;
-    const std::string path_text = path != nullptr ? path : "";
-    EXPECT_NE(path_text, "");
-    return sdk_double::inq_current().answer(joined("EdsCreateFileStream(", path_text, ", ",
-                                                   static_cast<int>(disposition), ", ",
-                                                   static_cast<int>(access), ")"),
-                                            stream);
+    EXPECT_TRUE(path != nullptr && *path != '\0');
+    const std::string call = joined("EdsCreateFileStream(", path, ", ", static_cast<int>(disposition), ", ",
+                                    static_cast<int>(access), ")");
+    return sdk_double::inq_current().answer(call, stream);
 }
 
 eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
@@ -109,8 +95,4 @@ eds_error_t EdsRelease(__EdsObject* object) {
     if (object != nullptr)
         object->is_open = false;
     return sdk_double::inq_current().answer(call);
-}
-
-std::string_view inq_sdk_failure_reason() noexcept {
-    return "the script said so";
 }

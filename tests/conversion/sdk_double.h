@@ -19,13 +19,13 @@ struct __EdsObject { // NOLINT(bugprone-reserved-identifier): see conversion/eds
 // double that lives. Every call succeeds unless told otherwise, and is logged as one line, for example
 //     EdsCreateFileStream(\photos\a.cr2, 2, 2) -> #1
 //     EdsSaveImage(#1, 8, #2) -> error 5
-// with the path's bytes as they came and the handles numbered as they were given out. What no SDK need put up
-// with fails the test: null or released handles, empty paths, calls outside a session, handles that are still
-// open when it ends, and a session that does not end.
+// with the path's bytes as they came and the handles numbered as they were given out. A call that fails
+// writes no handle; a release takes the handle back all the same. What no SDK need put up with fails the
+// test: null or released handles, empty paths, calls outside the session, and handles that are open at the
+// end.
 class sdk_double final {
 public:
-    // What calls answer, by their number from 1 on; those without an entry succeed. A call that fails writes
-    // no handle; a release takes the handle back all the same.
+    // What calls answer, by their number from 1 on; those without an entry succeed.
     using answers_t = std::map<std::size_t, eds_error_t>;
 
     // Runs at the end of each call.
@@ -40,8 +40,6 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& inq_calls() const noexcept { return m_calls; }
 
-    eds_error_t begin_session();
-    eds_error_t end_session();
     eds_error_t answer(std::string call, __EdsObject** new_object = nullptr);
 
 private:
@@ -51,5 +49,4 @@ private:
     watch_t m_watch;
     std::vector<std::string> m_calls;
     std::deque<__EdsObject> m_objects; // a deque, so that each stays where it is
-    bool m_is_in_session = false;
 };

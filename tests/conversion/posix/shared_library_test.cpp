@@ -21,14 +21,11 @@ struct location_t {
 
 using convert_t = int(const location_t& raw, const location_t& tiff);
 
-struct unload_t {
-    void operator()(void* library) const noexcept { ::dlclose(library); }
-};
-
 TEST(shared_library_test, converts_for_a_host_that_loads_it) {
     // The thread runtime that the decoder brings along forgets a few bytes when it is unloaded, so it stays.
     ::dlopen("libgomp.so.1", RTLD_NOW | RTLD_NODELETE);
-    const std::unique_ptr<void, unload_t> library(::dlopen(SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL));
+    const std::unique_ptr<void, int (*)(void*)> library(::dlopen(SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL),
+                                                        ::dlclose);
     ASSERT_NE(library, nullptr) << ::dlerror();
     auto* const convert = reinterpret_cast<convert_t*>(::dlsym(library.get(), "convert_raw_to_tiff"));
     ASSERT_NE(convert, nullptr) << ::dlerror();
@@ -45,6 +42,10 @@ TEST(shared_library_test, converts_for_a_host_that_loads_it) {
     const location_t tiff{u"", nullptr, tiff_path.c_str()};
     EXPECT_EQ(convert(raw, tiff), 0);
     EXPECT_TRUE(read_file(path / u8"\u0442 2.tif").starts_with(std::string("II*\0", 4)));
+
+    const location_t nothing{nullptr, nullptr, nullptr};
+    EXPECT_EQ(convert(nothing, tiff), 10);
+    EXPECT_EQ(convert(raw, nothing), 11);
 }
 
 } // namespace
