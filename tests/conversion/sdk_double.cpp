@@ -17,11 +17,9 @@ std::string joined(const auto&... parts) {
 }
 
 std::string name_of(const __EdsObject* object) {
-    if (object == nullptr || !object->is_open) {
-        ADD_FAILURE() << "a null or released handle";
-        return "none";
-    }
-    return joined('#', object->number);
+    const bool is_open = object != nullptr && object->is_open;
+    EXPECT_TRUE(is_open) << "a null or released handle";
+    return is_open ? joined('#', object->number) : "none";
 }
 
 } // namespace
