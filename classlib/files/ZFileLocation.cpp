@@ -25,9 +25,9 @@ ZUString with_backslashes(const ZUString& text) {
 int find_separator_before(const ZUString& text, int end) noexcept {
     if (end <= 0)
         return -1;
-    const std::basic_string_view<utf16_t> units(text);
-    const auto position = units.rfind(separator, static_cast<std::size_t>(end) - 1);
-    return position == units.npos ? -1 : static_cast<int>(position);
+    using view_t = std::basic_string_view<utf16_t>;
+    const auto position = view_t(text).rfind(separator, static_cast<std::size_t>(end) - 1);
+    return position == view_t::npos ? -1 : static_cast<int>(position);
 }
 
 } // namespace
