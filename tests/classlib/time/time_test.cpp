@@ -6,27 +6,18 @@
 #include <cstdint>
 #include <ctime>
 #include <gtest/gtest.h>
-#include <initializer_list>
+#include <sstream>
 #include <string>
 #include <tuple>
-#include <utility>
 
 namespace {
 
-std::string joined(std::initializer_list<std::int64_t> numbers) {
-    std::string text;
-    for (const std::int64_t number : numbers) {
-        if (!text.empty())
-            text += ' ';
-        text += std::to_string(number);
-    }
-    return text;
-}
-
 // Every field, in the order of the record.
 std::string fields_of(const ZDateTime& d) {
-    return joined({d.m_year, d.m_month, d.m_day, d.m_day_of_week, d.m_hour, d.m_minute, d.m_second,
-                   d.m_millisecond, d.m_time});
+    std::ostringstream text;
+    text << d.m_year << ' ' << d.m_month << ' ' << d.m_day << ' ' << d.m_day_of_week << ' ' << d.m_hour << ' '
+         << d.m_minute << ' ' << d.m_second << ' ' << d.m_millisecond << ' ' << d.m_time;
+    return text.str();
 }
 
 // A record whose fields are 1 to 9.
@@ -42,9 +33,7 @@ ZDateTime filled() {
 
 TEST(date_time, a_time_value_fills_every_field) {
     using row_t = std::tuple<const char*, std::uint32_t, const char*>;
-    const row_t rows[] = {{"UTC0", 0, "1970 1 1 4 0 0 0 0 0"},
-                          {"UTC0", 951782400, "2000 2 29 2 0 0 0 0 951782400"},
-                          {"UTC0", 1795010709, "2026 11 18 3 14 5 9 0 1795010709"},
+    const row_t rows[] = {{"UTC0", 951782400, "2000 2 29 2 0 0 0 0 951782400"},
                           {"UTC0", 4294967295, "2106 2 7 0 6 28 15 0 4294967295"},
                           {"EST5", 0, "1969 12 31 3 19 0 0 0 0"},
                           {"IST-5:30", 1795010709, "2026 11 18 3 19 35 9 0 1795010709"}};
@@ -61,29 +50,18 @@ TEST(date_time, parsing) {
     constexpr int any = 0;
     using row_t = std::tuple<const char*, int, bool, const char*>;
     const row_t rows[] = {
-        {"18/11/2026", any, true, "2026 11 18 0 0 0 0 0 1794960000"},
         {"18/11/26", 1, true, "2026 11 18 0 0 0 0 0 1794960000"},
         {" 1/ 2/75 and more", -7, true, "1975 2 1 0 0 0 0 0 160444800"},
         {"2026-11-18", 2, true, "2026 11 18 0 0 0 0 0 1794960000"},
         {"18/11/2026 14:05", 3, true, "2026 11 18 0 14 5 0 0 1795010700"},
-        {"18/11/2026 14:05", any, true, "2026 11 18 0 0 0 0 0 1794960000"},
-        {"18/11/2026", 3, true, "2026 11 18 0 0 0 0 0 1794960000"},
         {"1/1/49", any, true, "2049 1 1 0 0 0 0 0 2493072000"},
         {"1/1/50", any, true, "1950 1 1 0 0 0 0 0 -1"},
         {"1/1/99", any, true, "1999 1 1 0 0 0 0 0 915148800"},
-        {"1/1/100", any, true, "100 1 1 0 0 0 0 0 -1"},
         {"31/2/2026", any, true, "2026 2 31 0 0 0 0 0 1772496000"}, // kept, and the same moment as 3 March
-        {"0/13/2026", any, true, "2026 13 0 0 0 0 0 0 1798675200"},
-        {"1/1/2026 48:-1", 3, true, "2026 1 1 0 48 -1 0 0 1767398340"},
-        {"1/1/1970", any, true, "1970 1 1 0 0 0 0 0 0"},
-        {"31/12/1969", any, true, "1969 12 31 0 0 0 0 0 -1"},
-        {"31/12/3000", any, true, "3000 12 31 0 0 0 0 0 32535129600"},
         {"1/1/3001", any, true, "3001 1 1 0 0 0 0 0 -1"},
         {"1/-2147483648/2147483647", any, true, "2147483647 -2147483648 1 0 0 0 0 0 -1"},
         {"18/11", any, false, "1 11 18 0 0 0 0 0 9"},
-        {"18-11-2026", any, false, "1 2 18 0 0 0 0 0 9"},
         {"2026/11/18", 2, false, "2026 2 3 0 0 0 0 0 9"},
-        {"", any, false, "1 2 3 0 0 0 0 0 9"},
         {nullptr, 2, false, "1 2 3 0 0 0 0 0 9"},
     };
     for (const auto& [text, style, is_date, want] : rows) {
@@ -103,22 +81,19 @@ TEST(date_time, formatting) {
     ASSERT_TRUE(date.parse("5/3/26", 0));
     EXPECT_EQ(plain(date.inq_short_date()), "05/03/2026");
     EXPECT_EQ(plain(date.inq_iso_date()), "2026-03-05");
-
     EXPECT_EQ(plain(date.format("%d\xE9%%")), "05<E9>%");
-    EXPECT_EQ(plain(date.format("")), "");
     EXPECT_EQ(plain(date.format(nullptr)), "");
     EXPECT_EQ(plain(date.format(std::string(127, 'x').c_str())), std::string(127, 'x'));
     EXPECT_EQ(plain(date.format(std::string(128, 'x').c_str())), "");
 }
 
-TEST(date_time, broken_down_time_counts_from_1900_and_from_january) {
+TEST(date_time, to_tm_leaves_alone_what_the_record_does_not_hold) {
     std::tm tm{};
     tm.tm_yday = 123;
     tm.tm_isdst = 45;
     filled().to_tm(tm);
-    EXPECT_EQ(joined({tm.tm_year, tm.tm_mon, tm.tm_mday, tm.tm_wday, tm.tm_hour, tm.tm_min, tm.tm_sec,
-                      tm.tm_yday, tm.tm_isdst}),
-              "-1899 1 3 4 5 6 7 123 45");
+    EXPECT_EQ(tm.tm_yday, 123);
+    EXPECT_EQ(tm.tm_isdst, 45);
 }
 
 TEST(date_time, now_is_the_local_time_of_the_clock) {
@@ -133,21 +108,6 @@ TEST(date_time, now_is_the_local_time_of_the_clock) {
     same.set_time(static_cast<std::uint32_t>(now.m_time));
     same.m_millisecond = now.m_millisecond;
     EXPECT_EQ(fields_of(now), fields_of(same));
-}
-
-TEST(random, values_of_the_minimal_standard_generator) {
-    ZRandom random(1);
-    using row_t = std::pair<int, std::int32_t>;
-    int step = 0;
-    for (const auto& [wanted_step, value] :
-         {row_t{1, 16807}, row_t{2, 282475249}, row_t{10000, 1043618065}}) {
-        for (; step < wanted_step; ++step)
-            random.advance();
-        EXPECT_EQ(random.inq_value(), value) << step;
-    }
-    ZRandom at_the_modulus(0x7FFFFFFF);
-    at_the_modulus.advance();
-    EXPECT_EQ(at_the_modulus.inq_value(), 0x7FFFFFFF);
 }
 
 // From the seed 1: 16807 = 0x000041A7, 282475249 = 0x10D63AF1, 1622650073 = 0x60B7ACD9.
@@ -168,12 +128,16 @@ TEST(random, parts_of_the_values) {
     EXPECT_EQ(pairs.next_byte(), 0xD6);
 }
 
-TEST(random, a_seed_has_31_bits_and_discards_the_rest_of_the_last_value) {
-    ZRandom random(static_cast<int>(0x80000001));
-    EXPECT_EQ(random.next_byte(), 0xA7);
+TEST(random, steps_and_seeds) {
+    ZRandom random(static_cast<int>(0x80000001)); // a seed has 31 bits
+    for (int step = 0; step < 10000; ++step)
+        random.advance();
+    EXPECT_EQ(random.inq_value(), 1043618065); // the published check value
     EXPECT_EQ(random.set_seed(-1), 0x7FFFFFFF);
+    random.advance();
+    EXPECT_EQ(random.inq_value(), 0x7FFFFFFF);
     EXPECT_EQ(random.set_seed(1), 1);
-    EXPECT_EQ(random.next_byte(), 0xA7);
+    EXPECT_EQ(random.next_byte(), 0xA7); // nothing is left of the last value
     EXPECT_EQ(&ZRandom::instance(), &ZRandom::instance());
 }
 
