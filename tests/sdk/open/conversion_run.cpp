@@ -1,51 +1,37 @@
 #include "tests/sdk/open/conversion_run.h"
 
 #include <algorithm>
+#include <cstdlib>
 
-namespace {
-
-eds_error_t load(const std::string& path, __EdsObject** image) {
-    __EdsObject* stream = nullptr;
-    eds_error_t code = EdsCreateFileStream(path.c_str(), eds_disposition_t::open_existing,
-                                           eds_access_t::read_write, &stream);
-    if (code == eds_ok)
-        code = EdsCreateImageRef(stream, image);
-    EdsRelease(stream);
-    return code;
+std::filesystem::path sample(std::string_view name) {
+    return std::filesystem::path(SAMPLE_FOLDER) / name;
 }
 
-eds_error_t save(__EdsObject* image, const std::string& path) {
-    __EdsObject* stream = nullptr;
-    eds_error_t code =
-        EdsCreateFileStream(path.c_str(), eds_disposition_t::create_always, eds_access_t::write, &stream);
-    if (code == eds_ok)
-        code = EdsSaveImage(image, eds_target_t::tiff_16_bit, {}, stream);
-    EdsRelease(stream);
-    return code;
+std::filesystem::path real_sample() {
+    const char* const given = std::getenv("RAW_TO_TIFF_SAMPLE");
+    return given != nullptr ? given : "/usr/share/doc/rawtran/IMG_5952.CR2";
 }
-
-// As the driver has it: UTF-8 with backslashes.
-std::string driver_path(const std::filesystem::path& path) {
-    std::string text = path.string();
-    std::ranges::replace(text, '/', '\\');
-    return text;
-}
-
-} // namespace
 
 conversion_run convert(const std::filesystem::path& raw, const std::filesystem::path& tiff) {
+    const auto open = [](std::string path, eds_disposition_t disposition, __EdsObject** stream) {
+        std::ranges::replace(path, '/', '\\'); // as the driver has it
+        return EdsCreateFileStream(path.c_str(), disposition, eds_access_t::read_write, stream);
+    };
+    __EdsObject* input = nullptr;
     __EdsObject* image = nullptr;
+    __EdsObject* output = nullptr;
     eds_error_t code = EdsInitializeSDK();
     if (code == eds_ok)
-        code = load(driver_path(raw), &image);
+        code = open(raw, eds_disposition_t::open_existing, &input);
     if (code == eds_ok)
-        code = save(image, driver_path(tiff));
+        code = EdsCreateImageRef(input, &image);
+    EdsRelease(input);
+    if (code == eds_ok)
+        code = open(tiff, eds_disposition_t::create_always, &output);
+    if (code == eds_ok)
+        code = EdsSaveImage(image, eds_target_t::tiff_16_bit, {}, output);
+    EdsRelease(output);
     EdsRelease(image);
     EdsTerminateSDK();
     return {code, std::string(inq_sdk_failure_reason())};
-}
-
-bool is_one_line(const std::string& reason) {
-    return !reason.empty() &&
-           std::ranges::none_of(reason, [](char unit) { return unit == '\n' || unit == '\r'; });
 }

@@ -4,6 +4,14 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
+
+// A raw file below samples/synthetic, by its name.
+[[nodiscard]] std::filesystem::path sample(std::string_view name);
+
+// A real camera's picture (an EOS 30D): the file that RAW_TO_TIFF_SAMPLE names, or else where Debian's
+// package rawtran-doc installs it.
+[[nodiscard]] std::filesystem::path real_sample();
 
 // How a conversion through the six functions ended.
 struct conversion_run {
@@ -13,6 +21,3 @@ struct conversion_run {
 
 // Calls the six functions in the driver's order and releases every handle.
 [[nodiscard]] conversion_run convert(const std::filesystem::path& raw, const std::filesystem::path& tiff);
-
-// Whether a reason is fit to be shown: one line, not empty.
-[[nodiscard]] bool is_one_line(const std::string& reason);

@@ -1,69 +1,56 @@
 #include "tests/sdk/open/conversion_run.h"
-#include "tests/sdk/open/samples.h"
 #include "tests/support/scratch_folder.h"
 
-#include <cstdlib>
-#include <functional>
 #include <gtest/gtest.h>
-#include <stdexcept>
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
 using damage = std::function<void(std::string&)>;
 
-// Where a sequence of bytes first stands, counted from a position.
-std::size_t find(const std::string& bytes, std::string_view wanted, std::size_t from = 0) {
-    const std::size_t at = bytes.find(wanted, from);
-    if (at == std::string::npos)
-        throw std::runtime_error("the sample has no such bytes");
-    return at;
+// Overwrites what stands at a distance behind an anchor, which is looked for from some position on.
+void overwrite(std::string& file, std::size_t from, std::string_view anchor, std::size_t distance,
+               const std::string& bytes) {
+    const std::size_t at = file.find(anchor, from);
+    ASSERT_NE(at, std::string::npos) << "the sample has no such bytes";
+    file.replace(at + distance, bytes.size(), bytes);
 }
 
-// Where the lossless JPEG of a .cr2 starts: at its first table right behind the start of the image.
-std::size_t jpeg(const std::string& bytes) {
-    return bytes.rfind("\xff\xd8\xff\xc4");
+damage patch(std::string_view anchor, std::size_t distance, const std::string& bytes) {
+    return [=](std::string& file) { overwrite(file, 0, anchor, distance, bytes); };
 }
 
-// Writes bytes at a distance behind where others first stand in the lossless JPEG.
-damage patch_jpeg(std::string_view anchor, std::size_t distance, const std::string& patch) {
-    return [=](std::string& bytes) {
-        bytes.replace(find(bytes, anchor, jpeg(bytes)) + distance, patch.size(), patch);
-    };
-}
-
-// Changes the three widths of the slices of 5d2_1comp, which are 2, 152 and 152.
-damage patch_slices(const std::string& patch) {
-    constexpr std::string_view slices("\2\0\x98\0\x98\0", 6);
-    return [=](std::string& bytes) { bytes.replace(find(bytes, slices), patch.size(), patch); };
-}
-
-damage cut_to(double part) {
-    return [=](std::string& bytes) {
-        bytes.resize(static_cast<std::size_t>(static_cast<double>(bytes.size()) * part));
-    };
+// The same in the lossless JPEG of a .cr2, which starts with its first table behind the start of the image.
+damage patch_jpeg(std::string_view anchor, std::size_t distance, const std::string& bytes) {
+    return
+        [=](std::string& file) { overwrite(file, file.rfind("\xff\xd8\xff\xc4"), anchor, distance, bytes); };
 }
 
 damage cut_off(std::size_t count) {
-    return [=](std::string& bytes) { bytes.resize(bytes.size() - count); };
+    return [=](std::string& file) { file.resize(file.size() - count); };
 }
 
-damage blank(double from, std::size_t count, char value) {
-    return [=](std::string& bytes) {
-        bytes.replace(static_cast<std::size_t>(static_cast<double>(bytes.size()) * from), count, count,
-                      value);
-    };
+damage cut_to(std::size_t percent) {
+    return [=](std::string& file) { file.resize(file.size() * percent / 100); };
 }
 
-damage replace_all(const std::string& text) {
-    return [=](std::string& bytes) { bytes = text; };
+// Overwrites bytes from some way into the file.
+damage fill(std::size_t percent, char value) {
+    return [=](std::string& file) { file.replace(file.size() * percent / 100, 2000, 2000, value); };
 }
 
+constexpr std::string_view slices("\2\0\x98\0\x98\0", 6); // of 5d2_1comp: two of 152 columns and one more
 constexpr std::string_view start("\xff\xd8", 2);
 constexpr std::string_view table("\xff\xc4", 2);
 constexpr std::string_view frame("\xff\xc3", 2);
 constexpr std::string_view scan("\xff\xda", 2);
 
-TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
+TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
     const std::string cr2 = "5d2_1comp.cr2";
     const std::string crw = "d60_12bit_table2_portrait.crw";
     struct row {
@@ -72,19 +59,17 @@ TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
         damage inflict;
     };
     const row rows[] = {
-        {"empty", cr2, replace_all("")},
-        {"text", cr2, replace_all("this is a text and no picture, whatever the name says\n")},
-        {"a TIFF of another maker", cr2, [](std::string& bytes) { bytes.replace(8, 2, "\0\0"); }},
-        {"header alone", cr2, cut_to(0.001)},
-        {"metadata alone", cr2, cut_to(0.05)},
-        {"half", cr2, cut_to(0.5)},
+        {"empty", cr2, cut_to(0)},
+        {"a TIFF of another maker", cr2, patch("CR", 0, "XX")},
+        {"metadata alone", cr2, cut_to(5)},
+        {"half", cr2, cut_to(50)},
         {"all but the last codes", cr2, cut_off(100)},
         {"all but the end marker", cr2, cut_off(3)},
-        {"blanked codes", cr2, blank(0.7, 2000, '\0')},
-        {"filled codes", cr2, blank(0.7, 2000, '\x55')},
+        {"blanked codes", cr2, fill(70, '\0')},
+        {"filled codes", cr2, fill(70, '\x55')},
         {"codes that end too soon", cr2,
-         [](std::string& bytes) { bytes.replace(bytes.size() - 9000, 2, "\xff\xd9"); }},
-        {"bytes left over", cr2, [](std::string& bytes) { bytes.insert(bytes.size() - 3, 40, 'x'); }},
+         [](std::string& file) { file.replace(file.size() - 9000, 2, "\xff\xd9"); }},
+        {"bytes left over", cr2, [](std::string& file) { file.insert(file.size() - 3, 40, 'x'); }},
         {"no start of image", cr2, patch_jpeg(start, 0, std::string(2, '\0'))},
         {"table with too many codes", cr2, patch_jpeg(table, 5, "\3\3")},
         {"table without codes", cr2, patch_jpeg(table, 5, std::string(16, '\0'))},
@@ -98,13 +83,13 @@ TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
         {"frame with impossible precision", cr2, patch_jpeg(frame, 4, "\x11")},
         {"scan of a missing table", cr2, patch_jpeg(scan, 6, "0")},
         {"scan with an unknown predictor", cr2, patch_jpeg(scan, 7, "\x09")},
-        {"slices of no width", cr2, patch_slices(std::string("\2\0\0\0\xc8\1", 6))},
-        {"slices too wide", cr2, patch_slices(std::string("\2\0\xff\xff\xff\xff", 6))},
-        {"too many slices", cr2, patch_slices(std::string("\xff\xff\x98\0\x98\0", 6))},
-        {"half", crw, cut_to(0.5)},
+        {"slices of no width", cr2, patch(slices, 0, std::string("\2\0\0\0\xc8\1", 6))},
+        {"slices too wide", cr2, patch(slices, 2, "\xff\xff\xff\xff")},
+        {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
+        {"half", crw, cut_to(50)},
         {"a byte short", crw, cut_off(1)},
-        {"blanked codes", crw, blank(0.5, 2000, '\0')},
-        {"filled codes", crw, blank(0.5, 2000, '\x55')},
+        {"blanked codes", crw, fill(50, '\0')},
+        {"filled codes", crw, fill(50, '\x55')},
     };
     const scratch_folder folder;
     const auto raw = folder.inq_path() / "damaged.cr2";
@@ -119,7 +104,7 @@ TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
         EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
         EXPECT_NE(run.code, eds_ok);
         EXPECT_NE(run.code, eds_file_not_found);
-        EXPECT_TRUE(is_one_line(run.reason)) << run.reason;
+        EXPECT_FALSE(run.reason.empty());
         EXPECT_EQ(run.reason.find("cannot write"), std::string::npos) << run.reason;
         EXPECT_EQ(list_folder(folder.inq_path()), std::vector<std::string>{"damaged.cr2"});
     }
@@ -128,7 +113,7 @@ TEST(DamagedInput, IsRefusedWithAReasonBeforeThereIsAnOutput) {
 // Metadata is no reason to refuse a picture. Bytes in front of the preview of a .cr2 are struck at random,
 // but not those that place the pixel data; whether the picture is still taken for one is up to what was
 // struck.
-TEST(DamagedInput, DamagedMetadataHarmsNothing) {
+TEST(damaged_input, damaged_metadata_harm_nothing) {
     const scratch_folder folder;
     const auto raw = folder.inq_path() / "damaged.cr2";
     const std::string intact = read_file(sample("5d2_1comp.cr2"));
