@@ -73,6 +73,7 @@ TYPED_TEST(twins_test, construction_and_assignment_choose_the_form_of_an_empty_t
 
 TYPED_TEST(twins_test, a_range_of_a_text_is_clamped) {
     using row_t = std::tuple<int, int, const char*>;
+    // In the last row, what is lacking to 0 makes the count negative: up to the end.
     const row_t rows[] = {{4, 4, "'name'"},
                           {-4, -1, "'name'"},
                           {-4, 2, "'na'"},
@@ -85,7 +86,6 @@ TYPED_TEST(twins_test, a_range_of_a_text_is_clamped) {
                           {1, INT_MAX, "'ilename'"},
                           {INT_MAX, INT_MAX, "null"},
                           {INT_MIN, INT_MIN, "'filename'"},
-                          // What is lacking to 0 makes the count negative: up to the end.
                           {-10, 1, "'filename'"}};
     const TypeParam text = make<TypeParam>("filename");
     for (const auto& [start, count, want] : rows) {
@@ -268,17 +268,21 @@ TYPED_TEST(twins_test, running_out_of_memory_leaks_nothing_and_changes_no_operan
 TYPED_TEST(twins_test, changes_of_the_whole_text) {
     using row_t = std::tuple<const char*, void (TypeParam::*)(), const char*>;
     constexpr auto trim = static_cast<void (TypeParam::*)()>(&TypeParam::trim);
+    constexpr auto upper = &TypeParam::to_upper;
+    constexpr auto lower = &TypeParam::to_lower;
+    constexpr auto strip = &TypeParam::strip_cr;
+    constexpr auto add_cr = &TypeParam::lf_to_crlf;
     const row_t rows[] = {{"  a b  ", trim, "'a b'"},
-                          {" \t\n\v\f\r ", trim, "null"},
+                          {"\t\n\v\f\r ", trim, "null"},
                           {"a ", trim, "'a'"},
                           {"", trim, "null"},
                           {nullptr, trim, "null"},
-                          {"`aZ{@[1", &TypeParam::to_upper, "'`AZ{@[1'"},
-                          {"`aZ{@[1", &TypeParam::to_lower, "'`az{@[1'"},
-                          {nullptr, &TypeParam::to_upper, "null"},
-                          {"a\r\nb\r", &TypeParam::strip_cr, "'a<0A>b'"},
-                          {"a\r\nb", &TypeParam::lf_to_crlf, "'a<0D><0D><0A>b'"},
-                          {nullptr, &TypeParam::lf_to_crlf, "null"}};
+                          {"`aZ{@[1", upper, "'`AZ{@[1'"},
+                          {"`aZ{@[1", lower, "'`az{@[1'"},
+                          {nullptr, upper, "null"},
+                          {"a\r\nb\r", strip, "'a<0A>b'"},
+                          {"\r\n", add_cr, "'<0D><0D><0A>'"},
+                          {nullptr, add_cr, "null"}};
     for (const auto& [text, change, want] : rows) {
         TypeParam s = make<TypeParam>(text);
         (s.*change)();

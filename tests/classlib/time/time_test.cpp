@@ -87,15 +87,6 @@ TEST(date_time, formatting) {
     EXPECT_EQ(plain(date.format(std::string(128, 'x').c_str())), "");
 }
 
-TEST(date_time, to_tm_leaves_alone_what_the_record_does_not_hold) {
-    std::tm tm{};
-    tm.tm_yday = 123;
-    tm.tm_isdst = 45;
-    filled().to_tm(tm);
-    EXPECT_EQ(tm.tm_yday, 123);
-    EXPECT_EQ(tm.tm_isdst, 45);
-}
-
 TEST(date_time, now_is_the_local_time_of_the_clock) {
     const time_zone_setting zone("IST-5:30");
     const std::int64_t before = std::time(nullptr);
