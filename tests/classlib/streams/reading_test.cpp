@@ -66,7 +66,6 @@ std::string read(ZRStream& in) {
 }
 
 constexpr auto read_line = &read<ZString, &ZRStream::read_line>;
-constexpr auto read_wide_line = &read<ZUString, &ZRStream::read_wide_line>;
 constexpr auto read_all = &read<ZData, &ZRStream::read_all>;
 constexpr auto read_int32 = &read<int, &ZRStream::read_int32>;
 

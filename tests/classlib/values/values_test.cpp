@@ -126,10 +126,10 @@ TEST(values, running_out_of_memory_leaves_them_valid) {
         {[](auto& array, auto&) { const std::unique_ptr<ZKV> made(array.make_kv("key")); }, "1: null"},
         {[](auto&, auto& kv) { const std::unique_ptr<ZKV> clone(kv.clone()); }, "1: null"},
     };
-    for (const auto& [change, after_failure] : rows) {
+    for (const auto& row : rows) {
         ZStringArray array(1);
-        for (int n = 1; runs_out_of_memory(n, [&] { change(array, two); }); ++n) {
-            EXPECT_EQ(elements_of(array), after_failure) << n;
+        for (int n = 1; runs_out_of_memory(n, [&] { row.first(array, two); }); ++n) {
+            EXPECT_EQ(elements_of(array), row.second) << n;
             array = ZStringArray(1);
         }
     }
