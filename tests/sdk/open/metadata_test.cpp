@@ -118,9 +118,10 @@ TEST(metadata, fields_go_over_byte_for_byte) {
     const std::size_t gps = raw.size();
     raw += number(2, 2) + entry(1, 2, 2, "N\0\0\0"s) + entry(2, 5, 3, number(values + 24));
     constexpr std::size_t first_entry = 18;
-    raw.replace(first_entry + 9 * 12, 12, entry(0x8825, 4, 1, number(gps)));
-    raw.replace(first_entry + 10 * 12, 12, entry(0x010e, 2, 5, number(values + 53)));
-    raw.replace(first_entry + 13 * 12, 12, entry(0x8769, 4, 1, number(exif)));
+    constexpr std::size_t entry_size = 12;
+    raw.replace(first_entry + 9 * entry_size, entry_size, entry(0x8825, 4, 1, number(gps)));
+    raw.replace(first_entry + 10 * entry_size, entry_size, entry(0x010e, 2, 5, number(values + 53)));
+    raw.replace(first_entry + 13 * entry_size, entry_size, entry(0x8769, 4, 1, number(exif)));
 
     std::string wanted = number(11, 2);
     wanted += entry(0x829a, 5, 1, number(146)) + entry(0x829d, 5, 1, number(154));
