@@ -33,7 +33,7 @@ std::optional<units_t> decoded(const std::string& text) {
     for (std::size_t i = 0; i < text.size();) {
         const auto lead = static_cast<unsigned char>(text[i++]);
         const int n_more = lead < 0x80 ? 0 : lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-        char32_t c = n_more == 0 ? lead : lead & (0x3F >> n_more);
+        auto c = static_cast<char32_t>(n_more == 0 ? lead : lead & (0x3F >> n_more));
         for (int k = 0; k < n_more; ++k, ++i) {
             if (i == text.size() || (text[i] & 0xC0) != 0x80)
                 return {};
