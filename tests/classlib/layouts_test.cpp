@@ -38,7 +38,7 @@ struct array_fields_t {
 };
 
 TEST(layouts, byte_string) {
-    const string_fields_t fresh = fields_of<string_fields_t>(ZString());
+    const auto fresh = fields_of<string_fields_t>(ZString());
     EXPECT_TRUE(fresh.error == 0 && fresh.base == 10 && fresh.flags == 0 && fresh.width == 0);
     EXPECT_TRUE(fresh.fill == ' ' && fresh.precision == 6 && fresh.text == nullptr);
 

@@ -51,7 +51,8 @@ check_t write_float(ZWStream& out, fuzz_input& input) {
 }
 
 std::string take_text(fuzz_input& input) {
-    return std::string(input.take(input.take_value<unsigned char>())).c_str();
+    const std::string_view bytes = input.take(input.take_value<unsigned char>());
+    return std::string(bytes.substr(0, bytes.find('\0')));
 }
 
 check_t write_cstring(ZWStream& out, fuzz_input& input) {

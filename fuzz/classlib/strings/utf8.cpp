@@ -80,10 +80,11 @@ void check_units(const units_t& units) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
     fuzz_input bytes(data, size);
-    check_bytes(std::string(bytes.take_all()).c_str());
+    const std::string text(bytes.take_all());
+    check_bytes(text.substr(0, text.find('\0')));
     units_t units;
     for (fuzz_input words(data, size); !words.is_empty();)
         units += words.take_value<utf16_t>();
-    check_units(units.c_str());
+    check_units(units.substr(0, units.find(u'\0')));
     return 0;
 }
