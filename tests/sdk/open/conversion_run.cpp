@@ -7,6 +7,15 @@ std::filesystem::path sample(std::string_view name) {
     return std::filesystem::path(SAMPLE_FOLDER) / name;
 }
 
+std::filesystem::path sample_for_anyone(std::string_view name, const scratch_folder& folder) {
+    namespace fs = std::filesystem;
+    const fs::path copy = folder.inq_path() / name;
+    fs::copy_file(sample(name), copy);
+    fs::permissions(folder.inq_path(), fs::perms::all);
+    fs::permissions(copy, fs::perms::all);
+    return copy;
+}
+
 std::filesystem::path real_sample() {
     const char* const given = std::getenv("RAW_TO_TIFF_SAMPLE");
     return given != nullptr ? given : "/usr/share/doc/rawtran/IMG_5952.CR2";

@@ -35,7 +35,8 @@ protected:
 
     const scratch_folder m_scratch;
     const fs::path m_folder = m_scratch.inq_path();
-    const fs::path m_raw = sample("5d2_1comp.cr2");
+    const scratch_folder m_raw_folder;
+    const fs::path m_raw = sample_for_anyone("5d2_1comp.cr2", m_raw_folder);
 };
 
 TEST_F(output_path, failure_names_the_target_and_leaves_nothing) {

@@ -12,14 +12,14 @@ namespace {
 namespace fs = std::filesystem;
 
 // Converts as a user who may have so many threads in all; answers how the process ended.
-int status_with(rlim_t threads, const fs::path& tiff, const char* reason) {
+int status_with(rlim_t threads, const fs::path& raw, const fs::path& tiff, const char* reason) {
     constexpr uid_t nobody_else = 54321; // whose other processes would count as well
     const pid_t child = ::fork();
     if (child == 0) {
         const rlimit limit{threads, threads};
         if (::setrlimit(RLIMIT_NPROC, &limit) != 0 || ::setuid(nobody_else) != 0)
             ::_exit(2);
-        ::_exit(convert(sample("5d2_1comp.cr2"), tiff).reason == reason ? 0 : 1);
+        ::_exit(convert(raw, tiff).reason == reason ? 0 : 1);
     }
     int status = -1;
     ::waitpid(child, &status, 0);
@@ -32,10 +32,12 @@ TEST(threads, that_cannot_be_started_do_not_end_the_process) {
     const scratch_folder folder;
     fs::permissions(folder.inq_path(), fs::perms::all);
     const fs::path tiff = folder.inq_path() / "out.tif";
-    EXPECT_EQ(status_with(1, tiff, "cannot start a thread: Resource temporarily unavailable"), 0);
+    const scratch_folder raw_folder;
+    const fs::path raw = sample_for_anyone("5d2_1comp.cr2", raw_folder);
+    EXPECT_EQ(status_with(1, raw, tiff, "cannot start a thread: Resource temporarily unavailable"), 0);
     EXPECT_FALSE(fs::exists(tiff));
     for (const rlim_t threads : {2U, 4U, 16U})
-        EXPECT_EQ(status_with(threads, tiff, ""), 0) << threads;
+        EXPECT_EQ(status_with(threads, raw, tiff, ""), 0) << threads;
 }
 
 } // namespace
