@@ -24,6 +24,16 @@ constexpr std::array<unsigned char, 100> piece{1, 2, 3};
         data.push_back(static_cast<unsigned char>(i));
 }
 
+[[gnu::noinline]] void fill_by_pieces(ZData& data) {
+    for (std::size_t i = 0; i < n_bytes; i += piece.size())
+        static_cast<void>(data.append(piece.data(), piece.size()));
+}
+
+[[gnu::noinline]] void fill_by_pieces(std::vector<unsigned char>& data) {
+    for (std::size_t i = 0; i < n_bytes; i += piece.size())
+        data.insert(data.end(), piece.begin(), piece.end());
+}
+
 void data_append_byte(benchmark::State& state) {
     for (auto _ : state) {
         ZData data;
@@ -45,8 +55,7 @@ BENCHMARK(peer_vector_push_back);
 void data_append(benchmark::State& state) {
     for (auto _ : state) {
         ZData data;
-        for (std::size_t i = 0; i < n_bytes; i += piece.size())
-            static_cast<void>(data.append(piece.data(), piece.size()));
+        fill_by_pieces(data);
         benchmark::DoNotOptimize(data.inq_data());
     }
 }
@@ -55,8 +64,7 @@ BENCHMARK(data_append);
 void peer_vector_insert(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<unsigned char> data;
-        for (std::size_t i = 0; i < n_bytes; i += piece.size())
-            data.insert(data.end(), piece.begin(), piece.end());
+        fill_by_pieces(data);
         benchmark::DoNotOptimize(data.data());
     }
 }

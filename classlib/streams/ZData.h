@@ -1,7 +1,8 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 class ZRStream;
 class ZString;
@@ -78,14 +79,16 @@ public:
     [[nodiscard]] bool append_byte(unsigned char c) {
         if (m_nbytes == m_data_size && !grow(1))
             return false;
-        m_data[m_nbytes++] = c;
+        *inq_end() = c;
+        ++m_nbytes;
         return true;
     }
     [[nodiscard]] bool append(const void* bytes, int n) {
         const int size = n > 0 ? n : 0;
         if (size > m_data_size - m_nbytes)
             return append_growing(bytes, size);
-        std::copy_n(static_cast<const unsigned char*>(bytes), size, m_data + m_nbytes);
+        if (size > 0) // neither block may be null otherwise
+            std::memcpy(inq_end(), bytes, static_cast<std::size_t>(size));
         m_nbytes += size;
         return true;
     }
@@ -115,6 +118,13 @@ public:
 private:
     void hold(unsigned char* block, int n, bool own) noexcept;
     void copy_from(const void* bytes, int n);
+
+    // Where the next byte goes. The count is never negative, and as an unsigned number it is read back faster
+    // after it was stored.
+    [[nodiscard]] unsigned char* inq_end() const noexcept {
+        return m_data + static_cast<std::uint32_t>(m_nbytes);
+    }
+
     [[nodiscard]] bool append_growing(const void* bytes, int n);
     [[nodiscard]] std::int64_t inq_grown_size(int extra) const noexcept;
     [[nodiscard]] bool reallocate(std::int64_t data_size, int nbytes);

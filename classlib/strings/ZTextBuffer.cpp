@@ -3,6 +3,7 @@
 #include "platform/characters.h"
 
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -36,13 +37,71 @@ bool is_inside(std::basic_string_view<Unit> text, int index) noexcept {
     return index >= 0 && as_size(index) < text.size();
 }
 
+// The searches below walk a terminated text without measuring it first.
+
+// Where c, which is no terminator, stands first in a text; null where it does not.
+const char* find_unit(const char* text, char c) noexcept {
+    return std::strchr(text, c);
+}
+
+const utf16_t* find_unit(const utf16_t* text, utf16_t c) noexcept {
+    for (; *text != c; ++text) {
+        if (*text == utf16_t(0))
+            return nullptr;
+    }
+    return text;
+}
+
+// Whether a search of at least one unit stands here.
+template <typename Unit>
+bool stands_at(const Unit* text, std::basic_string_view<Unit> search) noexcept {
+    const auto is_next = [&text](Unit c) { return *++text == c; };
+    return *text == search.front() && std::all_of(search.begin() + 1, search.end(), is_next);
+}
+
+// Where such a search stands first; null where it does not.
+template <typename Unit>
+const Unit* find_units(const Unit* text, std::basic_string_view<Unit> search) noexcept {
+    const Unit* at = find_unit(text, search.front());
+    while (at != nullptr && !stands_at(at, search))
+        at = find_unit(at + 1, search.front());
+    return at;
+}
+
+// Whether a text goes on at a position, which only the units before it have to be read for.
+template <typename Unit>
+bool reaches(const Unit* text, std::size_t position) noexcept {
+    return first_units(text, static_cast<int>(position)).size() == position && text[position] != Unit(0);
+}
+
+// The searches below know how long the text is. A single unit, which stands in for most of them, is counted
+// and exchanged without a branch for each occurrence.
+
 template <typename Unit>
 std::size_t count_occurrences(std::basic_string_view<Unit> text,
                               std::basic_string_view<Unit> search) noexcept {
+    if (search.size() == 1)
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), search.front()));
     std::size_t count = 0;
     for (auto at = text.find(search); at != text.npos; at = text.find(search, at + search.size()))
         ++count;
     return count;
+}
+
+template <typename Unit>
+void copy_replaced(std::basic_string_view<Unit> text, std::basic_string_view<Unit> search,
+                   std::basic_string_view<Unit> replacement, Unit* out) noexcept {
+    if (search.size() == 1 && replacement.size() == 1) {
+        std::replace_copy(text.begin(), text.end(), out, search.front(), replacement.front());
+        return;
+    }
+    std::size_t from = 0;
+    for (auto at = text.find(search); at != text.npos; at = text.find(search, from)) {
+        out += text.copy(out, at - from, from);
+        out += replacement.copy(out, replacement.size());
+        from = at + search.size();
+    }
+    text.copy(out, text.size() - from, from);
 }
 
 } // namespace
@@ -54,8 +113,9 @@ ZTextBuffer<Unit>::ZTextBuffer(const Unit* text, int count) {
 }
 
 template <typename Unit>
-ZTextBuffer<Unit>::ZTextBuffer(std::span<const Unit> units)
-    : m_units(joined(view_t(units.data(), units.size()), {})) {}
+ZTextBuffer<Unit>::ZTextBuffer(std::span<const Unit> units) : m_units(allocate(units.size())) {
+    std::copy_n(units.data(), units.size(), m_units.get());
+}
 
 template <typename Unit>
 ZTextBuffer<Unit>::ZTextBuffer(int count, Unit c) : m_units(allocate(as_size(count))) {
@@ -103,13 +163,23 @@ int ZTextBuffer<Unit>::compare_no_case(const ZTextBuffer& other) const noexcept 
 
 template <typename Unit>
 int ZTextBuffer<Unit>::find(Unit c, int start) const noexcept {
-    return as_index<Unit>(view().find(c, as_size(start)));
+    return c != Unit(0) ? find_view(view_t(&c, 1), start) : -1;
 }
 
 template <typename Unit>
 int ZTextBuffer<Unit>::find(const Unit* text, int start) const noexcept {
-    const view_t own = view();
-    return as_size(start) < own.size() ? as_index<Unit>(own.find(view_of(text), as_size(start))) : -1;
+    return find_view(view_of(text), start);
+}
+
+template <typename Unit>
+int ZTextBuffer<Unit>::find_view(view_t search, int start) const noexcept {
+    const std::size_t first = as_size(start);
+    if (is_null() || !reaches(c_text(), first))
+        return -1;
+    if (search.empty())
+        return static_cast<int>(first);
+    const Unit* const at = find_units(c_text() + first, search);
+    return at != nullptr ? static_cast<int>(at - c_text()) : -1;
 }
 
 template <typename Unit>
@@ -202,14 +272,7 @@ void ZTextBuffer<Unit>::replace(view_t search, view_t replacement) {
     if (new_length == 0)
         return clear();
     array_t replaced = allocate(new_length);
-    Unit* out = replaced.get();
-    std::size_t from = 0;
-    for (auto at = text.find(search); at != text.npos; at = text.find(search, from)) {
-        out += text.copy(out, at - from, from);
-        out += replacement.copy(out, replacement.size());
-        from = at + search.size();
-    }
-    text.copy(out, text.size() - from, from);
+    copy_replaced(text, search, replacement, replaced.get());
     m_units = std::move(replaced);
 }
 

@@ -97,6 +97,8 @@ public:
 private:
     using array_t = std::unique_ptr<Unit[]>;
 
+    [[nodiscard]] int find_view(view_t search, int start) const noexcept;
+
     explicit ZTextBuffer(array_t units) noexcept : m_units(std::move(units)) {}
 
     // A terminated array for a text of this length. One that an int does not hold is memory that there is
