@@ -1,6 +1,5 @@
 #include "sdk/open/decoding/crw_block_decoder.h"
 
-#include "sdk/open/decoding/coded_difference.h"
 #include "sdk/open/failure.h"
 
 #include <algorithm>
@@ -11,18 +10,21 @@ namespace {
 constexpr std::size_t most_block_bytes = 4 * crw_block_decoder::block_size; // a code and its difference: four
 constexpr unsigned sample_bits = 10;
 
-struct coded_symbol {
+std::uint16_t wrapped(unsigned value) noexcept {
+    return static_cast<std::uint16_t>(value & 0xffffU);
+}
+
+// What is read is gone from the cursor.
+struct run_and_difference {
     unsigned symbol;
-    unsigned difference; // modulo 2^32
+    std::uint16_t difference; // modulo 2^16
 };
 
-coded_symbol read_symbol(bit_cursor& cursor, const prefix_code& code) {
+run_and_difference read_next(bit_cursor& cursor, const prefix_code& code) {
     cursor.refill();
-    auto found = code.find_short(cursor.inq_bits());
-    if (found.whole_length == 0) [[unlikely]]
-        found = code.find_any(cursor.inq_bits());
-    const unsigned difference = extend(cursor.inq_bits() << found.code_length, found.value_length);
-    cursor.skip(found.whole_length);
+    const coded_difference found = code.find(cursor.inq_bits());
+    const std::uint16_t difference = wrapped(found.value(cursor.inq_bits()));
+    cursor.skip(found.length);
     return {found.symbol, difference};
 }
 
@@ -60,9 +62,9 @@ void crw_block_decoder::decode_blocks(std::span<std::uint16_t> samples) {
 crw_block_decoder::block crw_block_decoder::read_block(bit_cursor& bits) const {
     block differences{};
     bit_cursor cursor = bits;
-    differences[0] = read_symbol(cursor, m_codes.first).difference;
+    differences[0] = read_next(cursor, m_codes.first).difference;
     for (std::size_t at = 1; at < block_size; ++at) {
-        const coded_symbol read = read_symbol(cursor, m_codes.others);
+        const run_and_difference read = read_next(cursor, m_codes.others);
         if (read.symbol == 0) // no more differences in this block
             break;
         at += read.symbol >> 4;
@@ -75,18 +77,18 @@ crw_block_decoder::block crw_block_decoder::read_block(bit_cursor& bits) const {
 }
 
 void crw_block_decoder::add_up(block& differences, std::span<std::uint16_t> samples) {
-    m_first_difference += differences[0];
+    m_first_difference = wrapped(m_first_difference + differences[0]);
     differences[0] = m_first_difference;
     for (std::size_t at = 0; at < block_size; at += 2) {
         if (m_column == m_row_length) {
             m_column = 0;
             m_even = m_odd = 1U << (sample_bits - 1);
         }
-        m_even += differences[at];
-        m_odd += differences[at + 1];
+        m_even = wrapped(m_even + differences[at]);
+        m_odd = wrapped(m_odd + differences[at + 1]);
+        samples[at] = m_even;
+        samples[at + 1] = m_odd;
         m_all_bits |= m_even | m_odd;
-        samples[at] = static_cast<std::uint16_t>(m_even);
-        samples[at + 1] = static_cast<std::uint16_t>(m_odd);
         m_column += 2;
     }
 }

@@ -28,7 +28,7 @@ public:
     void finish();
 
 private:
-    using block = std::array<unsigned, block_size>; // differences modulo 2^32
+    using block = std::array<std::uint16_t, block_size>; // differences modulo 2^16
 
     void decode_blocks(std::span<std::uint16_t> samples);
     [[nodiscard]] block read_block(bit_cursor& bits) const;
@@ -38,9 +38,9 @@ private:
     segment_reader m_segment;
     unsigned m_row_length;
     unsigned m_column = 0;
-    unsigned m_first_difference = 0; // of the block before
-    unsigned m_even = 0;             // the last sample in an even column
-    unsigned m_odd = 0;
+    std::uint16_t m_first_difference = 0; // of the block before
+    std::uint16_t m_even = 0;             // the last sample in an even column
+    std::uint16_t m_odd = 0;
     unsigned m_all_bits = 0; // of all samples
 };
 

@@ -1,6 +1,5 @@
 #include "sdk/open/decoding/lossless_jpeg_decoder.h"
 
-#include "sdk/open/decoding/coded_difference.h"
 #include "sdk/open/failure.h"
 
 #include <algorithm>
@@ -27,12 +26,15 @@ void add_differences(bit_cursor& bits, std::span<const std::shared_ptr<const pre
     std::uint16_t* out = samples.data();
     for (const std::uint16_t* const end = out + samples.size(); out != end; out += components)
         for (std::size_t c = 0; c < components; ++c) {
-            if (c % 2 == 0 || cursor.inq_count() < most_difference_bits)
+            if (c % 2 == 0 || cursor.inq_count() < prefix_code::longest_length)
                 cursor.refill();
-            sum[c] += read_difference(cursor, *code[c]);
+            const coded_difference found = code[c]->find(cursor.inq_bits());
+            sum[c] += found.value(cursor.inq_bits());
+            cursor.skip(found.length);
             out[c] = static_cast<std::uint16_t>(sum[c]);
         }
-    std::ranges::copy(sum, sums.begin());
+    for (std::size_t c = 0; c < components; ++c)
+        sums[c] = sum[c];
     bits = cursor;
 }
 

@@ -21,7 +21,7 @@ void slice_writer::write(std::span<const std::uint16_t> samples) noexcept {
     while (!samples.empty()) {
         const std::size_t run = std::min<std::size_t>(samples.size(), m_width - m_column);
         const std::size_t position = std::size_t{m_row} * m_mosaic.width + m_left + m_column;
-        std::ranges::copy(samples.first(run), m_mosaic.samples.subspan(position, run).begin());
+        std::copy_n(samples.data(), run, m_mosaic.samples.subspan(position, run).data());
         samples = samples.subspan(run);
         m_column += static_cast<unsigned>(run);
         if (m_column < m_width)
