@@ -28,20 +28,34 @@ run_and_difference read_next(bit_cursor& cursor, const prefix_code& code) {
     return {found.symbol, difference};
 }
 
+// Turns the differences of a row into samples.
+void add_up(std::span<std::uint16_t> row) {
+    unsigned even = 1U << (sample_bits - 1);
+    unsigned odd = even;
+    unsigned all_bits = 0;
+    for (std::size_t at = 0; at < row.size(); at += 2) {
+        row[at] = wrapped(even += row[at]);
+        row[at + 1] = wrapped(odd += row[at + 1]);
+        all_bits |= unsigned{row[at]} | row[at + 1];
+    }
+    if (all_bits >> sample_bits != 0)
+        throw_damaged("the pixel data are damaged");
+}
+
 } // namespace
 
 crw_block_decoder::crw_block_decoder(std::span<const std::byte> codes, unsigned table, unsigned row_length)
-    : m_codes(make_crw_codes(table)), m_segment(codes), m_row_length(row_length), m_column(row_length) {}
+    : m_codes(make_crw_codes(table)), m_segment(codes), m_row_length(row_length) {}
 
-void crw_block_decoder::decode(std::span<std::uint16_t> samples) {
+void crw_block_decoder::decode_rows(std::span<std::uint16_t> samples) {
     constexpr std::size_t at_once = segment_reader::most_at_once / most_block_bytes * block_size;
-    while (!samples.empty()) {
-        const auto part = samples.first(std::min(samples.size(), at_once));
+    for (auto left = samples; !left.empty();) {
+        const auto part = left.first(std::min(left.size(), at_once));
         decode_blocks(part);
-        samples = samples.subspan(part.size());
+        left = left.subspan(part.size());
     }
-    if (m_all_bits >> sample_bits != 0)
-        throw_damaged("the pixel data are damaged");
+    for (; !samples.empty(); samples = samples.subspan(m_row_length))
+        add_up(samples.first(m_row_length));
 }
 
 void crw_block_decoder::finish() {
@@ -50,19 +64,19 @@ void crw_block_decoder::finish() {
         throw_damaged("the pixel data do not end where they should");
 }
 
-void crw_block_decoder::decode_blocks(std::span<std::uint16_t> samples) {
-    bit_cursor bits = m_segment.resume(samples.size() / block_size * most_block_bytes);
-    for (; !samples.empty(); samples = samples.subspan(block_size)) {
-        block differences = read_block(bits);
-        add_up(differences, samples.first(block_size));
+void crw_block_decoder::decode_blocks(std::span<std::uint16_t> differences) {
+    bit_cursor bits = m_segment.resume(differences.size() / block_size * most_block_bytes);
+    std::ranges::fill(differences, std::uint16_t{0});
+    for (; !differences.empty(); differences = differences.subspan(block_size)) {
+        decode_block(bits, differences.first<block_size>());
+        differences[0] = m_first_difference = wrapped(m_first_difference + differences[0]);
     }
     m_segment.suspend(bits);
 }
 
-crw_block_decoder::block crw_block_decoder::read_block(bit_cursor& bits) const {
-    block differences{};
+void crw_block_decoder::decode_block(bit_cursor& bits, block zeros) const {
     bit_cursor cursor = bits;
-    differences[0] = read_next(cursor, m_codes.first).difference;
+    zeros[0] = read_next(cursor, m_codes.first).difference;
     for (std::size_t at = 1; at < block_size; ++at) {
         const run_and_difference read = read_next(cursor, m_codes.others);
         if (read.symbol == 0) // no more differences in this block
@@ -70,27 +84,9 @@ crw_block_decoder::block crw_block_decoder::read_block(bit_cursor& bits) const {
         at += read.symbol >> 4;
         if (at >= block_size)
             throw_damaged("the pixel data are damaged");
-        differences[at] = read.difference;
+        zeros[at] = read.difference;
     }
     bits = cursor;
-    return differences;
-}
-
-void crw_block_decoder::add_up(block& differences, std::span<std::uint16_t> samples) {
-    m_first_difference = wrapped(m_first_difference + differences[0]);
-    differences[0] = m_first_difference;
-    for (std::size_t at = 0; at < block_size; at += 2) {
-        if (m_column == m_row_length) {
-            m_column = 0;
-            m_even = m_odd = 1U << (sample_bits - 1);
-        }
-        m_even = wrapped(m_even + differences[at]);
-        m_odd = wrapped(m_odd + differences[at + 1]);
-        samples[at] = m_even;
-        samples[at + 1] = m_odd;
-        m_all_bits |= m_even | m_odd;
-        m_column += 2;
-    }
 }
 
 } // namespace sdk_open

@@ -61,7 +61,7 @@ void decode(const crw_mosaic& source, const mosaic_buffer& target, const rows_li
         const unsigned end = std::min(row + rows_at_once, target.height);
         const std::size_t first = std::size_t{row} * target.width;
         const auto samples = target.samples.subspan(first, std::size_t{end - row} * target.width);
-        decoder.decode(samples);
+        decoder.decode_rows(samples);
         if (!source.low_bits.empty())
             add_low_bits(source.low_bits.subspan(first / samples_per_byte), dark_correction(target.width),
                          samples);
