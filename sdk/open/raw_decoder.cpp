@@ -2,7 +2,8 @@
 
 #include "sdk/open/decoder_threads.h"
 #include "sdk/open/failure.h"
-#include "sdk/open/pixel_data_check.h"
+#include "sdk/open/pixel_data.h"
+#include "sdk/open/raw_format.h"
 
 #include <algorithm>
 #include <future>
@@ -35,16 +36,10 @@ void check(int libraw_answer) {
     }
 }
 
-// Called where the decoder meets a code or a value that cannot be.
-void stop_at_damage(void* libraw, const char*, int) {
-    static_cast<LibRaw*>(libraw)->setCancelFlag();
-}
-
 // The decoder's white level is a fixed one for each camera model. The camera itself records the level that
 // holds for this picture (it varies with the sensitivity), and no sample is above what its bits can hold.
 void correct_white_level(libraw_colordata_t& color, unsigned precision) {
-    if (precision != 0)
-        color.maximum = std::min(color.maximum, (1U << precision) - 1);
+    color.maximum = std::min(color.maximum, (1U << precision) - 1);
     const long recorded = *std::min_element(std::begin(color.linear_max), std::end(color.linear_max));
     if (recorded > static_cast<long>(color.maximum / 2) && recorded < static_cast<long>(color.maximum))
         color.maximum = static_cast<unsigned>(recorded);
@@ -57,11 +52,6 @@ void try_memory(std::size_t size) {
     ::operator delete(::operator new(size));
 }
 
-void try_memory_for_mosaic(const libraw_image_sizes_t& sizes) {
-    constexpr std::size_t spare_rows = 8;
-    try_memory((sizes.raw_height + spare_rows) * sizes.raw_width * sizeof(std::uint16_t));
-}
-
 void try_memory_for_picture(const libraw_image_sizes_t& sizes) {
     constexpr std::size_t pixel_size = 4 * sizeof(std::uint16_t);
     constexpr std::size_t for_each_thread = 16 << 20; // a stack and a tile
@@ -71,22 +61,19 @@ void try_memory_for_picture(const libraw_image_sizes_t& sizes) {
 } // namespace
 
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
-    : m_libraw(
-          std::make_unique<LibRaw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK | LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
-    pixel_data_check pixel_data(bytes, *m_libraw);
-    m_libraw->set_dataerror_handler(stop_at_damage, m_libraw.get());
+    : m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
+                                                    LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
+    static_cast<void>(recognise_raw_format(bytes));
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     // LibRaw takes the bytes as writable and writes nothing.
     LibRaw_buffer_datastream stream(const_cast<std::byte*>(bytes.data()), bytes.size()); // NOLINT
     check(m_libraw->open_datastream(&stream));
-    pixel_data.before_decoding();
-    try_memory_for_mosaic(inq_data().sizes);
-    check(m_libraw->unpack());
-    if (inq_data().rawdata.raw_image == nullptr ||
-        m_libraw->get_internal_data_pointer()->unpacker_data.data_error != 0)
+    const pixel_data stored(bytes, *m_libraw);
+    check(m_libraw->unpack_with(
+        [&stored](const mosaic_buffer& target) { stored.decode(target, [](unsigned) {}); }));
+    if (inq_data().rawdata.raw_image == nullptr)
         throw_damaged("the pixel data are damaged");
-    pixel_data.after_decoding(static_cast<std::size_t>(stream.tell()));
-    correct_white_level(m_libraw->imgdata.rawdata.color, pixel_data.inq_precision());
+    correct_white_level(m_libraw->imgdata.rawdata.color, stored.inq_precision());
     m_libraw->get_internal_data_pointer()->internal_data.input = nullptr; // the stream ends here
 }
 

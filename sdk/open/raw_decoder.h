@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sdk/open/camera_frame.h"
+#include "sdk/open/own_decoder_libraw.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -42,7 +43,7 @@ private:
     void choose_settings() noexcept;
     void run_development();
 
-    std::unique_ptr<LibRaw> m_libraw;
+    std::unique_ptr<own_decoder_libraw> m_libraw;
 };
 
 } // namespace sdk_open

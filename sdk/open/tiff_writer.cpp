@@ -1,9 +1,9 @@
 #include "sdk/open/tiff_writer.h"
 
 #include "sdk/open/colour_profile.h"
+#include "sdk/open/decoding/mosaic_buffer.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/metadata_field.h"
-#include "sdk/open/pixel_data_check.h"
 #include "sdk/open/tiff_directory.h"
 #include "sdk/open/tiff_handle.h"
 

@@ -67,7 +67,7 @@ TEST_F(raw_to_tiff_test, says_what_is_wrong_with_a_file) {
         {path_of("folder.cr2"), m_tiff, 11, "it is a folder"},
         {path_of("empty.cr2"), m_tiff, 11, "the file is empty"},
         {path_of("text.crw"), m_tiff, 11, "no Canon raw picture in it"},
-        {path_of("short.cr2"), m_tiff, 11, "ends early"},
+        {path_of("short.cr2"), m_tiff, 11, "end early"},
         {m_raw, path_of("folder.cr2/"), 11, "Is a directory"},
         {m_raw, path_of("none/new.tif"), 11, "none/new.tif: No such file or directory"},
     };

@@ -1,0 +1,38 @@
+#include "sdk/open/own_decoder_libraw.h"
+
+#include <cstddef>
+#include <new>
+#include <utility>
+
+namespace sdk_open {
+
+int own_decoder_libraw::unpack_with(const decoder& decode) {
+    m_decode = &decode;
+    m_own_load = std::exchange(load_raw, static_cast<load_function>(&own_decoder_libraw::load_mosaic));
+    const int answer = unpack();
+    if (m_problem)
+        std::rethrow_exception(std::exchange(m_problem, nullptr));
+    return answer;
+}
+
+// LibRaw calls this in place of a decoder of its own; which one that was tells it later where the mosaic's
+// masked borders lie.
+void own_decoder_libraw::load_mosaic() {
+    load_raw = m_own_load;
+    try {
+        decode_mosaic();
+    } catch (...) {
+        m_problem = std::current_exception();
+        throw LIBRAW_EXCEPTION_CANCELLED_BY_CALLBACK;
+    }
+}
+
+void own_decoder_libraw::decode_mosaic() const {
+    const libraw_image_sizes_t& sizes = imgdata.sizes;
+    if (imgdata.rawdata.raw_image == nullptr)
+        throw std::bad_alloc();
+    const std::size_t count = std::size_t{sizes.raw_width} * sizes.raw_height;
+    (*m_decode)({{imgdata.rawdata.raw_image, count}, sizes.raw_width, sizes.raw_height});
+}
+
+} // namespace sdk_open

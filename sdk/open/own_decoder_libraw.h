@@ -1,0 +1,34 @@
+#pragma once
+
+#include "sdk/open/decoding/mosaic_buffer.h"
+
+#include <exception>
+#include <functional>
+#include <libraw/libraw.h>
+
+namespace sdk_open {
+
+// LibRaw with a decoder of ours in the place of its own. All else that belongs to unpacking stays LibRaw's:
+// the memory of the mosaic, and what it learns from the mosaic about the black level.
+class own_decoder_libraw final : public LibRaw {
+public:
+    using decoder = std::function<void(const mosaic_buffer& target)>;
+
+    using LibRaw::LibRaw;
+
+    // Like unpack(), whose answer it returns, but the decoder fills the mosaic. Throws what that throws, and
+    // std::bad_alloc where there is no memory for the mosaic.
+    int unpack_with(const decoder& decode);
+
+private:
+    using load_function = void (LibRaw::*)();
+
+    void load_mosaic();
+    void decode_mosaic() const;
+
+    const decoder* m_decode = nullptr; // while unpack_with() runs
+    load_function m_own_load = nullptr;
+    std::exception_ptr m_problem;
+};
+
+} // namespace sdk_open
