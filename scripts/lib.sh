@@ -36,7 +36,7 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive quietly apt-install apt-get install -y --no-install-recommends $missing
 }
 
-build_packages=(g++ cmake ninja-build pkg-config libraw-dev libtiff-dev liblcms2-dev libcli11-dev libgtest-dev)
+build_packages=(g++ cmake ninja-build pkg-config libraw-dev libtiff-dev liblcms2-dev libhwy-dev libcli11-dev libgtest-dev)
 
 # Sets sample_picture to a real camera's picture, an EOS 30D raw file of Debian's rawtran-doc. A machine that
 # leaves out what packages put under /usr/share/doc gets it straight from the package.

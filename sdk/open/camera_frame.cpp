@@ -9,11 +9,6 @@ mosaic_area visible_area(const libraw_image_sizes_t& sizes) noexcept {
     return {sizes.left_margin, sizes.top_margin, sizes.width, sizes.height};
 }
 
-// The pattern repeats after two columns and eight rows, two bits for each colour.
-unsigned filter_at(unsigned filters, unsigned column, unsigned row) noexcept {
-    return filters >> ((row % 8 * 2 + column % 2) * 2) & 3U;
-}
-
 } // namespace
 
 mosaic_area find_camera_frame(const libraw_data_t& data) {
@@ -42,6 +37,10 @@ mosaic_area find_lit_area(const libraw_data_t& data) {
     const unsigned right = std::max(frame.inq_right(), visible.inq_right());
     const unsigned bottom = std::max(frame.inq_bottom(), visible.inq_bottom());
     return {left, top, right - left, bottom - top};
+}
+
+unsigned filter_at(unsigned filters, unsigned column, unsigned row) noexcept {
+    return filters >> ((row % 8 * 2 + column % 2) * 2) & 3U;
 }
 
 unsigned move_filters(unsigned filters, int columns, int rows) noexcept {

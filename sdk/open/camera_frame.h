@@ -24,6 +24,10 @@ struct mosaic_area {
 // all of it gives the frame's edge the neighbours that demosaicing wants.
 [[nodiscard]] mosaic_area find_lit_area(const libraw_data_t& data);
 
+// The colour of a place in a pattern of two columns and eight rows: the decoder's notation, with two bits for
+// each. It counts 0 for red, 2 for blue, 1 and 3 for the greens of red and of blue rows.
+[[nodiscard]] unsigned filter_at(unsigned filters, unsigned column, unsigned row) noexcept;
+
 // The colour filters, in the decoder's notation, of an area whose corner lies somewhere else than the one
 // they are given for: columns to the right and rows below it, either may be negative.
 [[nodiscard]] unsigned move_filters(unsigned filters, int columns, int rows) noexcept;

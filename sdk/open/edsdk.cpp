@@ -1,6 +1,6 @@
 #include "conversion/edsdk.h"
 
-#include "sdk/open/developed_picture.h"
+#include "sdk/open/developing/developed_picture.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"

@@ -27,22 +27,10 @@ public:
 
     [[nodiscard]] mosaic_view inq_mosaic() const noexcept;
 
-    // What the decoder knows of the picture and, once it is developed, its pixels in the camera's colours.
+    // What LibRaw knows of the picture.
     [[nodiscard]] const libraw_data_t& inq_data() const noexcept { return m_libraw->imgdata; }
 
-    // Whether the decoder has the colour matrix of this camera.
-    [[nodiscard]] bool knows_colours() const noexcept;
-
-    // Turns an area of the mosaic into a picture in the camera's colours: white balance as shot, demosaicing,
-    // no automatic brightening, clipped highlights neutral. No thread outlives it. Throws like the
-    // constructor, also where no thread can be started.
-    void develop(const mosaic_area& area);
-
 private:
-    void choose_area(const mosaic_area& area) noexcept;
-    void choose_settings() noexcept;
-    void run_development();
-
     std::unique_ptr<own_decoder_libraw> m_libraw;
 };
 

@@ -2,6 +2,7 @@
 
 #include "sdk/open/colour_profile.h"
 #include "sdk/open/decoding/mosaic_buffer.h"
+#include "sdk/open/developing/band_team.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/metadata_field.h"
 #include "sdk/open/tiff_directory.h"
@@ -167,16 +168,18 @@ private:
     }
 
     void write_pixels(const developed_picture& picture) {
-        const std::size_t row_length = std::size_t{picture.inq_width()} * developed_picture::channels;
-        std::vector<std::uint16_t> strip(row_length * m_rows_per_strip);
+        const std::size_t strip_length =
+            std::size_t{picture.inq_width()} * developed_picture::channels * m_rows_per_strip;
         std::uint32_t number = 0;
-        for (unsigned top = 0; top < picture.inq_height(); top += m_rows_per_strip) {
-            const unsigned rows = std::min(m_rows_per_strip, picture.inq_height() - top);
-            for (unsigned row = 0; row < rows; ++row)
-                picture.fetch_row(top + row, std::span(strip).subspan(row * row_length, row_length));
-            const auto size = static_cast<tmsize_t>(rows * row_length * sizeof strip[0]);
-            check(TIFFWriteEncodedStrip(file(), number++, strip.data(), size) == size);
-        }
+        picture.develop(inq_worker_count(), m_rows_per_strip, [&](std::span<std::uint16_t> values) {
+            for (; !values.empty(); values = values.subspan(std::min(strip_length, values.size())))
+                write_strip(number++, values.first(std::min(strip_length, values.size())));
+        });
+    }
+
+    void write_strip(std::uint32_t number, std::span<std::uint16_t> values) {
+        const auto size = static_cast<tmsize_t>(values.size_bytes());
+        check(TIFFWriteEncodedStrip(file(), number, values.data(), size) == size);
     }
 
     file_sink m_sink;

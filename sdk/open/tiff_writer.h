@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/open/developed_picture.h"
+#include "sdk/open/developing/developed_picture.h"
 #include "sdk/open/output_file.h"
 #include "sdk/open/picture_metadata.h"
 

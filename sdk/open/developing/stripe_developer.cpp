@@ -196,7 +196,7 @@ void stripe_developer::load_row(int row, int left, int columns) {
     const auto width = static_cast<int>(lit.width);
     const auto source_row = static_cast<unsigned>(mirrored(row, static_cast<int>(lit.height)));
     const std::uint16_t* const samples =
-        m_shared.samples.data() + (lit.top + source_row) * m_shared.pitch + lit.left;
+        m_shared.mosaic.samples.data() + std::size_t{lit.top + source_row} * m_shared.mosaic.width + lit.left;
     const unsigned row_position = source_row % 2 * 2;
     const std::array tables{m_shared.tones.inq_table(row_position),
                             m_shared.tones.inq_table(row_position + 1)};

@@ -1,35 +1,14 @@
 #pragma once
 
 #include "sdk/open/camera_frame.h"
+#include "sdk/open/developing/development.h"
 #include "sdk/open/developing/picture_rows.h"
-#include "sdk/open/developing/working_tone.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace sdk_open {
-
-// Which colours an area has where, known from its upper left corner.
-struct cfa_phase {
-    bool is_green_first;   // at the corner
-    bool is_red_row_first; // the other colour of the first row
-
-    [[nodiscard]] bool is_green_odd(int row) const noexcept { return is_green_first == (row % 2 != 0); }
-    [[nodiscard]] bool is_red_row(int row) const noexcept { return is_red_row_first == (row % 2 == 0); }
-};
-
-// What the developers of a picture share and only read.
-struct development {
-    std::span<const std::uint16_t> samples; // the whole mosaic, row by row
-    std::size_t pitch;                      // samples of a row
-    mosaic_area lit;   // what of the mosaic was exposed; beyond its edges it goes on mirrored
-    cfa_phase phase;   // of the lit area
-    tone_tables tones; // for positions counted from the lit area's corner
-    std::array<std::array<float, 3>, 3> srgb_from_camera;
-    std::span<const std::uint16_t> curve; // from linear light, 0 to 65535, to the coded value
-};
 
 // Where pixels go: three values from first on are the upper left pixel.
 struct pixel_target {

@@ -1,0 +1,108 @@
+#include "sdk/open/developing/developed_picture.h"
+
+#include "sdk/open/developing/band_team.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace sdk_open {
+namespace {
+
+constexpr unsigned mirrored = 1;
+constexpr unsigned upside_down = 2;
+constexpr unsigned columns_become_rows = 4;
+
+// Of a picture's rows, as many as make it worth while to start a stripe anew for them.
+constexpr unsigned rows_of_a_band = 128;
+
+} // namespace
+
+// What one worker needs to make bands.
+class developed_picture::band_maker final {
+public:
+    band_maker(const developed_picture& picture, unsigned band_rows)
+        : m_picture(picture),
+          m_band_rows(band_rows),
+          m_developer(picture.m_development),
+          m_values(std::size_t{band_rows} * picture.m_width * channels) {}
+
+    void make(unsigned band) {
+        const unsigned top = band * m_band_rows;
+        m_rows = std::min(m_band_rows, m_picture.m_height - top);
+        const mosaic_area area = area_of(top);
+        const auto [first, step_right, step_down] = target_of(area);
+        for (unsigned left = 0; left < area.width; left += stripe_developer::most_columns)
+            m_developer.develop(
+                {area.left + left, area.top, std::min(stripe_developer::most_columns, area.width - left),
+                 area.height},
+                {first + static_cast<std::ptrdiff_t>(left) * step_right, step_right, step_down});
+    }
+
+    [[nodiscard]] std::span<std::uint16_t> inq_values() noexcept {
+        return std::span(m_values).first(std::size_t{m_rows} * m_picture.m_width * channels);
+    }
+
+private:
+    // Where in the mosaic a band's rows come from.
+    [[nodiscard]] mosaic_area area_of(unsigned top) const noexcept {
+        const mosaic_area& frame = m_picture.m_frame;
+        const unsigned flip = m_picture.m_flip;
+        const bool from_columns = (flip & columns_become_rows) != 0;
+        const bool from_the_end = (flip & (from_columns ? mirrored : upside_down)) != 0;
+        const unsigned offset = from_the_end ? m_picture.m_height - top - m_rows : top;
+        return from_columns ? mosaic_area{frame.left + offset, frame.top, m_rows, frame.height}
+                            : mosaic_area{frame.left, frame.top + offset, frame.width, m_rows};
+    }
+
+    // Where in the band an area's pixels go.
+    [[nodiscard]] pixel_target target_of(const mosaic_area& area) noexcept {
+        const unsigned flip = m_picture.m_flip;
+        std::ptrdiff_t step_right = channels;
+        std::ptrdiff_t step_down = std::ptrdiff_t{channels} * m_picture.m_width;
+        if ((flip & columns_become_rows) != 0)
+            std::swap(step_right, step_down);
+        std::ptrdiff_t first = 0;
+        if ((flip & mirrored) != 0) {
+            first += (static_cast<std::ptrdiff_t>(area.width) - 1) * step_right;
+            step_right = -step_right;
+        }
+        if ((flip & upside_down) != 0) {
+            first += (static_cast<std::ptrdiff_t>(area.height) - 1) * step_down;
+            step_down = -step_down;
+        }
+        return {m_values.data() + first, step_right, step_down};
+    }
+
+    const developed_picture& m_picture;
+    unsigned m_band_rows;
+    unsigned m_rows = 0;
+    stripe_developer m_developer;
+    std::vector<std::uint16_t> m_values;
+};
+
+developed_picture::developed_picture(const raw_decoder& decoder)
+    : m_development(make_development(decoder)),
+      m_frame(find_camera_frame(decoder.inq_data())),
+      m_flip(static_cast<unsigned>(decoder.inq_data().sizes.flip)),
+      m_width(m_frame.width),
+      m_height(m_frame.height) {
+    if ((m_flip & columns_become_rows) != 0)
+        std::swap(m_width, m_height);
+}
+
+void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) const {
+    const unsigned band_rows = std::max(rows_of_a_band / rows_per_piece, 1U) * rows_per_piece;
+    const unsigned bands = (m_height + band_rows - 1) / band_rows;
+    const unsigned useful_workers = std::min(workers, bands);
+    std::vector<band_maker> makers;
+    makers.reserve(useful_workers);
+    for (unsigned worker = 0; worker < useful_workers; ++worker)
+        makers.emplace_back(*this, band_rows);
+    band_team team([&](unsigned worker, unsigned band) { makers[worker].make(band); },
+                   [&](unsigned worker, unsigned) { take(makers[worker].inq_values()); });
+    team.run(useful_workers, bands);
+}
+
+} // namespace sdk_open

@@ -1,0 +1,88 @@
+#include "sdk/open/developing/development.h"
+
+#include "sdk/open/failure.h"
+#include "sdk/open/srgb.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <span>
+
+namespace sdk_open {
+namespace {
+
+// What LibRaw calls the four places of the pattern: it tells the greens of red and blue rows apart.
+enum filter_colour_t : unsigned { red, green_of_red_rows, blue, green_of_blue_rows, filter_colours };
+
+bool is_green(unsigned colour) noexcept {
+    return colour == green_of_red_rows || colour == green_of_blue_rows;
+}
+
+using pattern_t = std::array<unsigned, tone_tables::positions>;
+using balance_t = std::array<double, filter_colours>;
+
+bool is_bayer(const pattern_t& pattern) noexcept {
+    const auto [first, second, third, fourth] = pattern;
+    const bool is_green_first = is_green(first) && is_green(fourth) && second + third == red + blue;
+    const bool is_green_second = is_green(second) && is_green(third) && first + fourth == red + blue;
+    return is_green_first || is_green_second;
+}
+
+pattern_t find_pattern(const libraw_rawdata_t& raw, const mosaic_area& lit) {
+    const unsigned filters =
+        move_filters(raw.iparams.filters, static_cast<int>(lit.left) - raw.sizes.left_margin,
+                     static_cast<int>(lit.top) - raw.sizes.top_margin);
+    const pattern_t pattern{filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
+                            filter_at(filters, 1, 1)};
+    if (raw.ioparams.raw_color != 0 || raw.iparams.colors != 3 || !is_bayer(pattern))
+        throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
+    return pattern;
+}
+
+// The factors of the colours, the least of them 1. Without the camera's own those for daylight.
+balance_t find_balance(const libraw_rawdata_t& raw) {
+    const libraw_colordata_t& color = raw.color;
+    const bool is_as_shot = color.cam_mul[red] > 0 && color.cam_mul[blue] > 0;
+    balance_t balance;
+    std::ranges::copy(is_as_shot ? color.cam_mul : color.pre_mul, balance.begin());
+    if (balance[green_of_red_rows] <= 0)
+        balance[green_of_red_rows] = 1;
+    if (balance[green_of_blue_rows] <= 0)
+        balance[green_of_blue_rows] = balance[green_of_red_rows];
+    const double least = *std::ranges::min_element(balance);
+    if (!(least > 0))
+        throw_damaged("the white balance is damaged");
+    std::ranges::transform(balance, balance.begin(), [=](double factor) { return factor / least; });
+    return balance;
+}
+
+tone_tables make_tones(const libraw_rawdata_t& raw, const pattern_t& pattern) {
+    const libraw_colordata_t& color = raw.color;
+    const balance_t balance = find_balance(raw);
+    const std::span channel_blacks(color.cblack, filter_colours);
+    const auto range =
+        static_cast<std::int64_t>(color.maximum) - color.black - std::ranges::min(channel_blacks);
+    if (range <= 0 || color.maximum > std::numeric_limits<std::uint16_t>::max())
+        throw_damaged("the black or the white level is damaged");
+    std::array<cfa_position_levels, tone_tables::positions> levels;
+    std::ranges::transform(pattern, levels.begin(), [&](unsigned colour) {
+        const double black = static_cast<double>(color.black) + channel_blacks[colour];
+        return cfa_position_levels{black, balance[colour] / static_cast<double>(range)};
+    });
+    return {levels, static_cast<std::uint16_t>(color.maximum)};
+}
+
+} // namespace
+
+development make_development(const raw_decoder& decoder) {
+    const libraw_rawdata_t& raw = decoder.inq_data().rawdata;
+    const mosaic_area lit = find_lit_area(decoder.inq_data());
+    const pattern_t pattern = find_pattern(raw, lit);
+    const cfa_phase phase{is_green(pattern[0]), pattern[0] == red || pattern[1] == red};
+    development made{decoder.inq_mosaic(), lit, phase, make_tones(raw, pattern), {}, make_srgb_curve()};
+    for (std::size_t out = 0; out < made.srgb_from_camera.size(); ++out)
+        std::copy_n(raw.color.rgb_cam[out], 3, made.srgb_from_camera[out].begin());
+    return made;
+}
+
+} // namespace sdk_open

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "sdk/open/camera_frame.h"
+#include "sdk/open/developing/working_tone.h"
+#include "sdk/open/raw_decoder.h"
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace sdk_open {
+
+// Which colours an area has where, known from its upper left corner.
+struct cfa_phase {
+    bool is_green_first;   // at the corner
+    bool is_red_row_first; // the other colour of the first row
+
+    [[nodiscard]] bool is_green_odd(int row) const noexcept { return is_green_first == (row % 2 != 0); }
+    [[nodiscard]] bool is_red_row(int row) const noexcept { return is_red_row_first == (row % 2 == 0); }
+};
+
+// All that turns a mosaic into colours: white balance as shot, no automatic brightening, clipped highlights
+// neutral.
+struct development {
+    mosaic_view mosaic;
+    mosaic_area lit;   // what of the mosaic was exposed; beyond its edges it goes on mirrored
+    cfa_phase phase;   // of the lit area
+    tone_tables tones; // for positions counted from the lit area's corner
+    std::array<std::array<float, 3>, 3> srgb_from_camera;
+    std::vector<std::uint16_t> curve; // from linear light, 0 to 65535, to the coded value
+};
+
+// The decoder must outlive the answer. Throws failure(not_supported) where the camera's colours are not known
+// or its CFA is not one of red, green and blue, failure(damaged_picture) where the file's own levels cannot
+// be, and std::bad_alloc.
+[[nodiscard]] development make_development(const raw_decoder& decoder);
+
+} // namespace sdk_open
