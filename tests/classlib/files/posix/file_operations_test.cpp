@@ -52,7 +52,7 @@ TEST_F(posix_file_operations, a_link_at_the_target_is_replaced_not_followed) {
 
 TEST_F(posix_file_operations, a_file_that_cannot_be_read_is_not_copied_and_keeps_nobody_waiting) {
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
-    const ZFileLocation unmapped(UTF16("\\proc\\self\\mem"), false); // its first page cannot be read
+    const ZFileLocation unmapped("\\proc\\self\\mem", false); // its first page cannot be read
     ASSERT_TRUE(ZFile::inq_is_file(unmapped));
     for (const ZFileLocation& unreadable : {file("pipe"), unmapped}) {
         EXPECT_FALSE(ZFile(unreadable).copy_to(file("b")));
