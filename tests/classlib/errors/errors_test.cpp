@@ -15,19 +15,19 @@
 namespace {
 
 TEST(errors, default_reporter_prints_each_report_and_asks_for_no_break) {
-    const std::string heading = "Warning: Internal program error.  Press Retry or Ignore to continue.\n";
-    const std::string grave_heading =
-        "Warning: Internal program error.  The program may crash or become unstable, so you are advised to "
-        "quit and restart.  Press Retry or Ignore to attempt to continue.\n";
+    const std::string heading = "Warning: Internal program error.  ";
+    const std::string mild = heading + "Press Retry or Ignore to continue.\n";
+    const std::string grave = heading +
+                              "The program may crash or become unstable, so you are advised to quit and "
+                              "restart.  Press Retry or Ignore to attempt to continue.\n";
     using row_t = std::tuple<decltype(&program_error), const char*, int, std::string>;
     const row_t rows[] = {
         {&program_assertion_failure, "i >= 0", 147,
-         heading + "(Assertion failure at line 147 in 'ZFile', i >= 0).\n"},
-        {&program_warning, "Too small", 224, heading + "(at line 224 in 'ZFile')\n\nToo small\n"},
-        {&program_warning, "", -5, heading + "(at line -5 in 'ZFile')\n"},
+         mild + "(Assertion failure at line 147 in 'ZFile', i >= 0).\n"},
+        {&program_warning, "Too small", 224, mild + "(at line 224 in 'ZFile')\n\nToo small\n"},
         {&program_error, "two\nlines", INT_MIN,
-         grave_heading + "(Error at line -2147483648 in 'ZFile', two\nlines).\n"},
-        {&program_error, "", 3, grave_heading + "(Error at line 3 in 'ZFile').\n"},
+         grave + "(Error at line -2147483648 in 'ZFile', two\nlines).\n"},
+        {&program_error, "", -3, grave + "(Error at line -3 in 'ZFile').\n"},
     };
     for (const auto& [report, text, line, want] : rows) {
         testing::internal::CaptureStdout();
@@ -61,23 +61,14 @@ TEST(errors, checks_report_their_place_and_let_the_operation_go_on) {
 TEST(errors, exceptions_are_described_and_raised_with_their_full_type) {
     const ZFileLocation picture("C:\\Photos\\a.cr2", false);
     const ZException base("BASE", INT_MIN);
-    const ZFileException rename(picture, fileerr_rename);
-    const ZFileException missing(ZFileLocation(), fileerr_missing);
-    const ZFileException open_read(ZFileLocation(), fileerr_open_read);
-    const ZFileException open_write(ZFileLocation(), fileerr_open_write);
-    ZFileException corrupt(ZFileLocation(), fileerr_no_location);
-    corrupt.set_code(fileerr_corrupt);
+    ZFileException file(picture, fileerr_rename);
     errno = ENOENT;
     const ZCrtErrorException crt(picture);
     const ZKVDException kvd("\xE9", "Wrong type");
     using row_t = std::tuple<const ZException&, const char*, int, std::string>;
     const row_t rows[] = {
         {base, "BASE", INT_MIN, "ZException: BASE, -2147483648"},
-        {missing, "FILE", 0, "ZFileException: Missing file: "},
-        {open_read, "FILE", 1, "ZFileException: Failed to open file for reading: "},
-        {open_write, "FILE", 2, "ZFileException: Failed to open file for writing: "},
-        {corrupt, "FILE", 3, "ZFileException: Corrupt data in file: "},
-        {rename, "FILE", 5, "ZFileException: Unknown error (id=5) with file: C:\\Photos\\a.cr2"},
+        {file, "FILE", 5, "ZFileException: Unknown error (id=5) with file: C:\\Photos\\a.cr2"},
         {crt, "CRTERROR", ENOENT, std::string("ZCrtErrorException: ") + std::strerror(ENOENT)},
         {kvd, "ZKVD", 0, "Error with KVD key '<E9>': Wrong type"}};
     for (const auto& [exception, id, code, description] : rows) {
@@ -91,6 +82,11 @@ TEST(errors, exceptions_are_described_and_raised_with_their_full_type) {
         }
     }
     EXPECT_EQ(crt.inq_file(), picture);
+    int code = fileerr_missing;
+    for (const char* const kind : {"Missing file: ", "Failed to open file for reading: ",
+                                   "Failed to open file for writing: ", "Corrupt data in file: "})
+        EXPECT_TRUE(
+            plain(file.set_code(code++).describe()).starts_with(std::string("ZFileException: ") + kind));
 }
 
 } // namespace

