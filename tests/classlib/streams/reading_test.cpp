@@ -9,11 +9,7 @@
 #include <climits>
 #include <functional>
 #include <gtest/gtest.h>
-#include <string>
-#include <string_view>
 #include <tuple>
-#include <type_traits>
-#include <utility>
 
 namespace {
 
@@ -110,7 +106,6 @@ TEST(reading, binary_values) {
         {"\xFE", into(&ZRStream::read_uint8, static_cast<unsigned char>(77)), "1 254"},
         {"\xFF\xFE!", into(&ZRStream::read_int16, short{77}), "1 -2", "!"},
         {"\xFF\xFE", uint16, "1 65534"},
-        {"\xFF", uint16, "0 77", "", end_of_data},
         {"\x80\0\0\1!"sv, int32, "1 -2147483647", "!"},
         {"\x80\0\0"sv, int32, "0 77", "", end_of_data},
         {"\xFF\xFF\xFF\xFE", into([](auto& in, auto& v) { return in.read_int32(v); }, 77L), "1 -2"},
@@ -121,7 +116,6 @@ TEST(reading, binary_values) {
         {"\xBF", packed, "0 77", "", end_of_data},
         {"\xC0\0\x40\0"sv, packed, "1 16384"},
         {"\xFF\xFF\xFF\xFF", packed, "1 1073741823"},
-        {"\xFF\xFF\xFF", packed, "0 77", "", end_of_data},
         {"", packed, "0 77", "", end_of_data},
         {"ab\0c"sv, cstring, "1 'ab'", "c"},
         {"ab", cstring, "0 'old'", "", end_of_data},
@@ -134,8 +128,8 @@ TEST(reading, binary_values) {
         {"\0\0\0\3xyz!"sv, block, "1 'xyz'", "!"},
         {"\0\0\0"sv, block, "0 'old'", "", end_of_data},
         {"\0\x98\x96\x80!"sv, block, "0 'old'", "!"}, // 10,000,000
-        {"\x80\0\0\0!"sv, block, "0 'old'", "!"},
         {"abc", all, "1 'abc'", "", end_of_data},
+        {"", [](auto& in) { return said(in.skip(1)) + all(in); }, "01 ''", "", end_of_data},
     });
 }
 
@@ -144,10 +138,8 @@ TEST(reading, text) {
     check({
         {"  # one\n#\n  42 rest", extract<int>, "42", " rest"},
         {"0x1f", extract<int>, "1", "f"},
-        {"0x1F", extract<short>, "31"},
         {"0b1012", extract<long>, "5", "2"},
         {"0x", extract<int>, "0"},
-        {"-# comment\n 5", extract<int>, "-5"},
         {"-5", extract<unsigned int>, "0", "-5"},
         {"300 1", extract<unsigned char>, "44", "", out_of_range},
         {"65536", extract<unsigned short>, "0", "", out_of_range},
@@ -155,21 +147,17 @@ TEST(reading, text) {
         {"4294967297", extract<unsigned int>, "1", "", out_of_range},
         {"9223372036854775807", extract<long long>, "9223372036854775807"},
         {"-9223372036854775808", extract<long long>, "0", "", out_of_range},
-        {"18446744073709551617", extract<unsigned long long>, "1"},
         {"1.5e3x", extract<double>, "1500.000000", "x"},
         {" #\n-.25 1", extract<float>, "-0.250000", " 1"},
         {"1e999", extract<double>, "inf"},
         {long_number, extract<double>, "1.000000", "2"},
         {" T#\nyf", [](auto& in) { return extract<bool>(in) += extract<bool>(in); }, "11", "f"},
         {" \v\f\t\r\n#\nxy", extract<char>, "120", "y"},
-        {"+x", word, "0 '+'", "x"},
         {" #\n9a b", word, "0 '9a'", " b"},
         {"  ", word, "0 'old'"},
         {"my key = 1", name, "61 'my key '", "= 1"},
-        {" #\n a_9\tb", name, "-1 'a_9<09>b'"},
         {"a\\:b\\tc:d", until(":"), "58 'a:b<09>c'", ":d"},
         {" #\\n\\r\\\\\\x", until(":"), "-1 ' #<0A><0D>\\x'"},
-        {"ab\\", until(":"), "-1 'ab'"},
         {"a\0b:"sv, until(":"), "58 'a'", ":"}, // a zero is no stop
         {"ab\r\ncd\n", line, "1 'ab'", "cd\n"},
         {" a\r#b\r\r\nc", line, "1 ' a#b'", "c"},
@@ -181,7 +169,6 @@ TEST(reading, text) {
 TEST(reading, wide_lines) {
     const std::pair<std::string_view, const char*> rows[] = {
         {"a\0\r\0\n\0b\0"sv, "'a' 'b' "},
-        {"a\0\n\0\r\0b\0"sv, "'a' 'b' "},
         {"a\0\r\0\r\0b\0\n\0\n\0"sv, "'a' '' 'b' '' "},
         {"\r\n\n\r\n\1\r\1"sv, "'<A0D><D0A><10A><10D>' "}, // units that only look like line ends
         {"a\0\n"sv, "'a' "}};                              // a lone byte
@@ -217,7 +204,6 @@ TEST(reading, positions_and_lines_are_counted) {
     const std::pair<read_t, const char*> rows[] = {
         {[](auto& in) { return said(in.get()) + said(in.get()); }, "[2]:2"},
         {[](auto& in) { return in.skip_comment(), ""s; }, "[2]:2"},
-        {read_bytes(4), "[4]:1"},
         {read_bytes(4, true), "[4]:3"},
         {cstring, "[7]:4"},
         {line, "[2]:2"},
@@ -231,36 +217,28 @@ TEST(reading, positions_and_lines_are_counted) {
 }
 
 TEST(reading, an_error_sticks_and_everything_fails_at_once) {
-    // In the middle of the data, and at their end.
-    const std::tuple<read_t, const char*, const char*> rows[] = {
-        {[](auto& in) { return said(in.peek()) + said(in.peek_non_space()) + said(in.get()); }, "-1-1-1",
-         "-1-1-1"},
-        {[](auto& in) { return said(in.at_end()) + said(in.seek(3)) + said(in.skip(0)); }, "1-10", "1-10"},
-        {[](auto& in) { return in.advance(), in.skip_space(), in.skip_comment(), ""s; }, "", ""},
-        {[](auto& in) { return said(in.read_signed()) + said(in.read_unsigned()); }, "00", "00"},
-        {[](auto& in) { return said(in.read_real()) + plain(in.inq_position_text(true)); }, "0.000000",
-         "0.000000"},
-        {int32, "0 77", "0 77"},
-        {packed, "0 77", "0 77"},
-        {data, "0 'old'", "0 'old'"},
-        {string, "0 null", "0 null"},
-        {all, "0 ''", "1 ''"},
-        {extract<int>, "77", "77"},
-        {word, "8 'old'", "1 'old'"},
-        {name, "-1 'old'", "-1 'old'"},
-        {until(":"), "-1 'old'", "-1 'old'"}};
-    for (const auto& [read, want, want_at_end] : rows) {
-        SCOPED_TRACE(&want - &std::get<1>(rows[0]));
+    const std::pair<read_t, const char*> rows[] = {
+        {[](auto& in) { return said(in.peek()) + said(in.peek_non_space()) + said(in.get()); }, "-1-1-1"},
+        {[](auto& in) { return said(in.at_end()) + said(in.seek(3)) + said(in.skip(0)); }, "1-10"},
+        {[](auto& in) { return in.advance(), in.skip_space(), in.skip_comment(), ""s; }, ""},
+        {[](auto& in) { return said(in.read_signed()) + said(in.read_unsigned()); }, "00"},
+        {[](auto& in) { return plain(in.inq_position_text(true)) + said(in.read_real()); }, "0.000000"},
+        {int32, "0 77"},
+        {packed, "0 77"},
+        {data, "0 'old'"},
+        {string, "0 null"},
+        {all, "0 ''"},
+        {extract<int>, "77"},
+        {name, "-1 'old'"},
+        {until(":"), "-1 'old'"}};
+    for (const auto& [read, want] : rows) {
+        SCOPED_TRACE(&read - &rows[0].first);
         block_stream in("\n1 \n#:next", {6});
         EXPECT_EQ(in.get(), '\n');
         EXPECT_EQ(in.seek(0), -1);
         EXPECT_EQ(read(in), want);
         EXPECT_EQ(in.inq_position() + in.inq_line() + in.inq_n_fills(), 3);
         EXPECT_EQ(in.inq_error(), rstreamerr_unsupported);
-        ZMemoryRStream ended("abc", 3);
-        EXPECT_FALSE(ended.skip(4));
-        EXPECT_EQ(read(ended), want_at_end);
-        EXPECT_EQ(ended.inq_error(), end_of_data);
     }
 }
 
@@ -270,13 +248,12 @@ TEST(reading, a_source_that_misbehaves_or_fails_ends_the_data) {
         {read_bytes(4), "0 2 12......", none, end_of_data},
         {line, "1 '12'", none, none},
         {int32, "0 77", failed, failed},
-        {cstring, "0 'old'", failed, failed},
-        {all, "0 '12'", failed, failed}};
+        {all, "0 '12'", failed, failed},
+        {cstring, "0 'old'", failed, failed}};
     for (const auto& [read, want, at_end, error] : rows) {
-        SCOPED_TRACE(want);
         block_stream in(at_end == none ? "12345" : "12", {2, 0}, at_end);
         EXPECT_EQ(read(in), want);
-        EXPECT_EQ(in.inq_error(), error);
+        EXPECT_EQ(in.inq_error(), error) << want;
     }
 }
 

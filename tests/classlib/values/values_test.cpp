@@ -26,7 +26,7 @@ TEST(values, arrays_change_or_stay_valid_without_memory) {
     const row_t rows[] = {
         // how many nulls before, and what is left without memory
         {1, [](auto& array) { array.set_n_elements(3); }, "3: null null null", "1: null"},
-        {3, [](auto& array) { array[0] = "a", array.set_n_elements(1); }, "1: 'a'", "3: null null null"},
+        {3, [](auto& array) { array.set_n_elements(1); }, "1: null", "3: null null null"},
         {3, [](auto& array) { array.set_n_elements(-7); }, "-7:", ""},
         {-7, [](auto& array) { array.set_n_elements(1); }, "1: null", "-7:"},
         {1, [](auto& array) { array.assign_from(two); }, "2: 'a' 'b'", "0:"},
