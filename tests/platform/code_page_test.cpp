@@ -1,11 +1,7 @@
 #include "platform/code_page.h"
 #include "tests/support/shown_text.h"
 
-#include <cstddef>
 #include <gtest/gtest.h>
-#include <span>
-#include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,36 +37,27 @@ TEST(code_page, well_formed_texts_go_both_ways) {
                           {"\xE0\xA0\x80\xEF\xBF\xBF", UTF16("\u0800\uFFFF")},
                           {"\xED\x9F\xBF\xEE\x80\x80", UTF16("\uD7FF\uE000")},
                           {"\xEF\xBB\xBFx", UTF16("\uFEFFx")},
-                          {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", UTF16("\U00010000\U0010FFFF")},
-                          {"caf\xC3\xA9 \xF0\x9F\x93\xB7!", UTF16("caf\u00E9 \U0001F4F7!")}};
+                          {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", UTF16("\U00010000\U0010FFFF")}};
     for (const auto& [utf8, utf16] : rows) {
         check<char, utf16_t>(&platform::utf8_to_utf16, utf8, utf16);
         check<utf16_t, char>(&platform::utf16_to_utf8, utf16, utf8);
     }
 }
 
-TEST(code_page, a_lone_surrogate_becomes_one_replacement_character) {
-    const row_t rows[] = {{"\xEF\xBF\xBD", UTF16("\xD800")},
-                          {"\xEF\xBF\xBD\xEF\xBF\xBD", UTF16("\xDFFF\xD800")},
-                          {"\xEF\xBF\xBD\xF0\x90\x80\x80", UTF16("\xD800\xD800\xDC00")},
-                          {"\xEF\xBF\xBD\xE2\x82\xAC", UTF16("\xD83D\u20AC")}};
-    for (const auto& [utf8, utf16] : rows)
-        check<utf16_t, char>(&platform::utf16_to_utf8, utf16, utf8);
-}
-
 TEST(code_page, each_maximal_malformed_piece_becomes_one_replacement_character) {
+    const row_t surrogates[] = {{"\xEF\xBF\xBD\xEF\xBF\xBD", UTF16("\xDFFF\xD800")},
+                                {"\xEF\xBF\xBD\xF0\x90\x80\x80", UTF16("\xD800\xD800\xDC00")},
+                                {"\xEF\xBF\xBD\xE2\x82\xAC", UTF16("\xD83D\u20AC")}};
+    for (const auto& [utf8, utf16] : surrogates)
+        check<utf16_t, char>(&platform::utf16_to_utf8, utf16, utf8);
     const row_t rows[] = {
-        {"\x80", UTF16("\uFFFD")},
         {"\xC1\xBF", UTF16("\uFFFD\uFFFD")},
         {"\xE0\x9F\xBF", UTF16("\uFFFD\uFFFD\uFFFD")},
         {"\xF0\x8F\xBF\xBF", UTF16("\uFFFD\uFFFD\uFFFD\uFFFD")},
-        {"\xED\xA0\x80", UTF16("\uFFFD\uFFFD\uFFFD")}, // surrogates
-        {"\xED\xBF\xBF", UTF16("\uFFFD\uFFFD\uFFFD")},
-        {"\xF4\x90\x80\x80", UTF16("\uFFFD\uFFFD\uFFFD\uFFFD")}, // above U+10FFFF
+        {"\xED\xA0\x80\xED\xBF\xBF", UTF16("\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD")}, // surrogates
+        {"\xF4\x90\x80\x80", UTF16("\uFFFD\uFFFD\uFFFD\uFFFD")},                     // above U+10FFFF
         {"\xF5\x80\x80\x80", UTF16("\uFFFD\uFFFD\uFFFD\uFFFD")},
-        {"\xE2\x82", UTF16("\uFFFD")}, // truncated
-        {"\xE2\x82(", UTF16("\uFFFD(")},
-        {"\xF0\x9F\xC3\xA9", UTF16("\uFFFD\u00E9")},
+        {"\xF0\x9F\xC3\xA9\xE2\x82", UTF16("\uFFFD\u00E9\uFFFD")}, // truncated
         {"a\xF1\x80\x80\xE1\x80\xC2z\x80-\x80\xBF.", UTF16("a\uFFFD\uFFFD\uFFFDz\uFFFD-\uFFFD\uFFFD.")}};
     for (const auto& [utf8, utf16] : rows)
         check<char, utf16_t>(&platform::utf8_to_utf16, utf8, utf16);
@@ -79,10 +66,8 @@ TEST(code_page, each_maximal_malformed_piece_becomes_one_replacement_character) 
 TEST(code_page, a_null_text_cannot_be_converted) {
     char byte = '?';
     utf16_t unit = u'?';
-    EXPECT_EQ(platform::utf16_to_utf8(nullptr, {}), 0);
-    EXPECT_EQ(platform::utf8_to_utf16(nullptr, {}), 0);
-    EXPECT_EQ(platform::utf16_to_utf8(nullptr, std::span(&byte, 1)), 0);
-    EXPECT_EQ(platform::utf8_to_utf16(nullptr, std::span(&unit, 1)), 0);
+    EXPECT_EQ(platform::utf16_to_utf8(nullptr, {}) + platform::utf16_to_utf8(nullptr, {&byte, 1}), 0);
+    EXPECT_EQ(platform::utf8_to_utf16(nullptr, {}) + platform::utf8_to_utf16(nullptr, {&unit, 1}), 0);
 }
 
 } // namespace
