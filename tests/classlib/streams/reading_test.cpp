@@ -4,7 +4,7 @@
 #include "classlib/strings/ZUString.h"
 #include "tests/support/allocation_meter.h"
 #include "tests/support/block_stream.h"
-#include "tests/support/shown_text.h"
+#include "tests/support/recording_reporter.h"
 
 #include <climits>
 #include <functional>
@@ -60,7 +60,6 @@ read_t read_bytes(int n, bool counts_lines = false) {
     };
 }
 
-const read_t uint16 = into(&ZRStream::read_uint16, static_cast<unsigned short>(77));
 const read_t int32 = into([](ZRStream& in, int& v) { return in.read_int32(v); }, 77);
 const read_t packed = into(&ZRStream::read_packed_int, 77U);
 const read_t cstring = into([](auto& in, auto& s) { return in.read_cstring(s, true); }, ZString("old"));
@@ -102,9 +101,9 @@ void check(const std::vector<row_t>& rows) {
 
 TEST(reading, binary_values) {
     check({
-        {"\xFE", into(&ZRStream::read_uint8, static_cast<unsigned char>(77)), "1 254"},
+        {"\xFE", into(&ZRStream::read_uint8, std::uint8_t{77}), "1 254"},
         {"\xFF\xFE!", into(&ZRStream::read_int16, short{77}), "1 -2", "!"},
-        {"\xFF\xFE", uint16, "1 65534"},
+        {"\xFF\xFE", into(&ZRStream::read_uint16, std::uint16_t{77}), "1 65534"},
         {"\x80\0\0\1!"sv, int32, "1 -2147483647", "!"},
         {"\x80\0\0"sv, int32, "0 77", "", end_of_data},
         {"\xFF\xFF\xFF\xFE", into([](auto& in, auto& v) { return in.read_int32(v); }, 77L), "1 -2"},
@@ -190,6 +189,9 @@ TEST(reading, blocks_and_memory_end_where_they_say) {
     EXPECT_EQ(block_stream("abc", {2}).peek_bytes(bytes.data(), 3), 2);
     EXPECT_EQ(bytes, "ab..");
     EXPECT_EQ(ZMemoryRStream(nullptr, 0).peek() + ZMemoryRStream("abc", -1).peek(), -2);
+    recording_reporter reporter;
+    ZMemoryRStream("", 0).advance();
+    EXPECT_EQ(reporter.take(), "assertion ZRStream: m_index < m_size;");
     ZMemoryRStream cut_short("\0\x98\x96\x7F", 4); // the largest block, 9,999,999 bytes
     ZData read;
     EXPECT_FALSE(read.read(cut_short));
