@@ -2,6 +2,7 @@
 #include "tests/support/shown_text.h"
 #include "tests/support/temporary_folder_setting.h"
 
+#include <cerrno>
 #include <climits>
 #include <gtest/gtest.h>
 
