@@ -2,6 +2,7 @@
 #include "classlib/strings/ZUString.h"
 #include "fuzz/fuzz_target.h"
 
+#include <algorithm>
 #include <locale>
 #include <optional>
 #include <string>
@@ -16,7 +17,7 @@ units_t units_of(const ZUString& s) {
     return {static_cast<const utf16_t*>(s), static_cast<std::size_t>(s.length())};
 }
 
-// What the standard library makes of UTF-8; nothing when it is malformed.
+// What the standard library makes of UTF-8; nothing when it is malformed. The library lets surrogates pass.
 std::optional<units_t> decoded(const std::string& text) {
     using codec_t = std::codecvt<char16_t, char8_t, std::mbstate_t>;
     const std::u8string bytes(text.begin(), text.end());
@@ -27,7 +28,9 @@ std::optional<units_t> decoded(const std::string& text) {
     const auto result = std::use_facet<codec_t>(std::locale::classic())
                             .in(state, bytes.data(), bytes.data() + bytes.size(), unread, units.data(),
                                 units.data() + units.size(), end);
-    if (result != codec_t::ok)
+    const auto surrogate = std::ranges::adjacent_find(
+        bytes, [](char8_t lead, char8_t next) { return lead == 0xED && next >= 0xA0; });
+    if (result != codec_t::ok || surrogate != bytes.end())
         return {};
     return units_t(units.data(), end);
 }
