@@ -27,14 +27,12 @@ struct sdk_double {
     std::map<std::size_t, eds_error_t> answers = {};
     std::function<void(std::string_view call)> watch = [](std::string_view) {};
 
-    // The calls, for example "EdsCreateFileStream(\photos\a.tif,1,1)=5 EdsRelease(#1) ": an error behind the
-    // call that answered it, and the handles numbered as they were given out.
+    // The calls, an error behind the one that answered it, the handles numbered as they were given out.
     std::string log = {};
     std::size_t n_calls = 0;
     std::size_t n_objects = 0;
     std::array<__EdsObject, 3> objects = {}; // as many as a conversion needs
-};
-sdk_double the_sdk;
+} the_sdk;
 
 std::ostream& operator<<(std::ostream& out, const __EdsObject* object) {
     EXPECT_TRUE(object != nullptr && object->is_open) << "a null or released handle";

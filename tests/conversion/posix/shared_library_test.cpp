@@ -15,8 +15,8 @@ using location_t = std::array<const char16_t*, 3>;
 using convert_t = int(const location_t& raw, const location_t& tiff);
 using shared_library_test = files_fixture;
 
-// With the open SDK in it: memory runs out wherever C++ asks for it, also inside the decoder's library. What
-// the libraries take from malloc is not covered.
+// With the open SDK in it. Memory runs out wherever C++ asks for it; what is taken from malloc is not
+// covered.
 TEST_F(shared_library_test, converts_for_a_host_that_loads_it_or_fails_cleanly_without_memory) {
     // The thread runtime that the decoder brings along forgets a few bytes when it is unloaded, so it stays.
     ::dlopen("libgomp.so.1", RTLD_NOW | RTLD_NODELETE);
@@ -28,9 +28,8 @@ TEST_F(shared_library_test, converts_for_a_host_that_loads_it_or_fails_cleanly_w
     std::filesystem::copy_file(SAMPLE_FILE, path("1.CR2"));
     std::u16string folder = path("").u16string();
     std::ranges::replace(folder, u'/', u'\\');
-    const std::u16string tiff_path = folder + u"\u0442 2.tif";
     const location_t raw{nullptr, folder.c_str(), u"1.CR2"};
-    const location_t tiff{u"", nullptr, tiff_path.c_str()};
+    const location_t tiff{u"", folder.c_str(), u"\u0442 2.tif"};
     EXPECT_EQ(convert({nullptr, nullptr, nullptr}, tiff), 10);
 
     bool has_failed = true;
