@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 // What a fuzz target defines: runs one input, and ends the process when something is wrong with the answers.
@@ -22,15 +23,21 @@ class fuzz_input final {
 public:
     fuzz_input(const unsigned char* data, std::size_t size) noexcept
         : m_bytes(static_cast<const char*>(static_cast<const void*>(data)), size) {}
+    explicit fuzz_input(std::string_view bytes) noexcept : m_bytes(bytes) {}
 
     [[nodiscard]] bool is_empty() const noexcept { return m_bytes.empty(); }
 
-    [[nodiscard]] std::string_view take(std::size_t n) noexcept {
+    // As many bytes as there are, where there are fewer.
+    [[nodiscard]] std::string_view take(std::size_t n = std::string_view::npos) noexcept {
         const std::string_view taken = m_bytes.substr(0, n);
         m_bytes.remove_prefix(taken.size());
         return taken;
     }
-    [[nodiscard]] std::string_view take_all() noexcept { return take(m_bytes.size()); }
+
+    // The same as far as the first zero in them.
+    [[nodiscard]] std::string take_text(std::size_t n = std::string_view::npos) {
+        return std::string(take(n)).c_str();
+    }
 
     template <std::integral T>
     [[nodiscard]] T take_value() noexcept {

@@ -1,215 +1,225 @@
 #include "classlib/files/ZFileLocation.h"
 #include "conversion/convert_raw_to_tiff.h"
-#include "tests/conversion/sdk_double.h"
+#include "conversion/edsdk.h"
 #include "tests/support/allocation_meter.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/support/files_fixture.h"
 #include "tests/support/temporary_folder_setting.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstddef>
+#include <array>
 #include <filesystem>
+#include <functional>
 #include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
-namespace fs = std::filesystem;
+struct __EdsObject { // NOLINT(bugprone-reserved-identifier): see conversion/edsdk.h
+    bool is_open = false;
+};
 
 namespace {
 
-using calls_t = std::vector<std::string>;
+// Stands in for the SDK. A call that fails writes no handle; a release takes the handle back all the same.
+// Null or released handles, calls outside the session and handles that are open at its end fail the test.
+struct sdk_double {
+    // What calls answer, by their number from 1 on (the others succeed), and what runs at the end of each.
+    std::map<std::size_t, eds_error_t> answers = {};
+    std::function<void(std::string_view call)> watch = [](std::string_view) {};
 
-constexpr auto end_of_session = "EdsTerminateSDK()";
+    // The calls, an error behind the one that answered it, the handles numbered as they were given out.
+    std::string log = {};
+    std::size_t n_calls = 0;
+    std::size_t n_objects = 0;
+    std::array<__EdsObject, 3> objects = {}; // as many as a conversion needs
+} the_sdk;
 
-const calls_t whole_run = {
-    "EdsInitializeSDK()",
-    "EdsCreateFileStream(RAW, 2, 2) -> #1",
-    "EdsCreateImageRef(#1) -> #2",
-    "EdsRelease(#1)",
-    "EdsCreateFileStream(TIFF, 1, 1) -> #3",
-    "EdsSaveImage(#2, 8, #3)",
-    "EdsRelease(#3)",
-    "EdsRelease(#2)",
-    end_of_session,
-};
-
-const calls_t whole_run_by_copy = [] {
-    calls_t calls = whole_run;
-    calls[1] = "EdsCreateFileStream(COPY, 2, 2) -> #1";
-    calls.insert(calls.begin() + 1, "EdsCreateFileStream(RAW, 2, 2) -> error 34");
-    return calls;
-}();
-
-const sdk_double::answers_t not_found_at_first = {{2, eds_file_not_found}};
-
-// What follows when a call fails, by its beginning; the answers of the others are of no interest.
-const std::map<std::string_view, calls_t> calls_after_failure = {
-    {"EdsInitializeSDK", {end_of_session}},
-    {"EdsCreateFileStream(RAW", {end_of_session}},
-    {"EdsCreateFileStream(COPY", {end_of_session}},
-    {"EdsCreateImageRef", {"EdsRelease(#1)", end_of_session}},
-    {"EdsCreateFileStream(TIFF", {"EdsRelease(#2)", end_of_session}},
-    {"EdsSaveImage", {"EdsRelease(#3)", "EdsRelease(#2)", end_of_session}},
-};
-
-struct expected_t {
-    int result;
-    calls_t calls;
-};
-
-// What becomes of a whole run when the call at an index answers an error.
-expected_t when_failing(const calls_t& whole, std::size_t index, eds_error_t error) {
-    const auto at = whole.begin() + static_cast<std::ptrdiff_t>(index);
-    const auto failure = std::ranges::find_if(
-        calls_after_failure, [&](const auto& candidate) { return at->starts_with(candidate.first); });
-    const bool is_failure = failure != calls_after_failure.end();
-    const calls_t then = is_failure ? failure->second : calls_t(at + 1, whole.end());
-    calls_t calls(whole.begin(), at);
-    calls.push_back(at->substr(0, at->find(" -> ")) + " -> error " + std::to_string(error));
-    calls.insert(calls.end(), then.begin(), then.end());
-    return {is_failure ? 11 : 0, calls};
+std::ostream& operator<<(std::ostream& out, const __EdsObject* object) {
+    EXPECT_TRUE(object != nullptr && object->is_open) << "a null or released handle";
+    return out << '#' << object - the_sdk.objects.data() + 1;
 }
 
-ZFileLocation location_of(const fs::path& path) {
-    return {path.string<utf16_t>().c_str(), false};
+// What the double allocates is none of the memory that the code under test may run out of.
+eds_error_t answer(__EdsObject** new_object, const auto&... parts_of_call) {
+    const allocation_meter::exemption exemption;
+    std::ostringstream call;
+    (call << ... << parts_of_call);
+    EXPECT_EQ(++the_sdk.n_calls == 1, call.view() == "EdsInitializeSDK()") << call.view();
+    const eds_error_t error = the_sdk.answers[the_sdk.n_calls];
+    the_sdk.log += call.str() + (error != eds_ok ? '=' + std::to_string(error) : "") + ' ';
+    if (error == eds_ok && new_object != nullptr) {
+        *new_object = &the_sdk.objects.at(the_sdk.n_objects++);
+        (*new_object)->is_open = true;
+    }
+    the_sdk.watch(call.view());
+    return error;
 }
 
-class conversion_test : public testing::Test {
+} // namespace
+
+eds_error_t EdsInitializeSDK() {
+    return answer(nullptr, "EdsInitializeSDK()");
+}
+
+eds_error_t EdsTerminateSDK() {
+    EXPECT_TRUE(std::ranges::none_of(the_sdk.objects, &__EdsObject::is_open)) << the_sdk.log;
+    return answer(nullptr, "EdsTerminateSDK()");
+}
+
+eds_error_t EdsCreateFileStream(const char* path, eds_disposition_t disposition, eds_access_t access,
+                                __EdsObject** stream) {
+    return answer(stream, "EdsCreateFileStream(", path, ',', static_cast<int>(disposition), ',',
+                  static_cast<int>(access), ')');
+}
+
+eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
+    return answer(image, "EdsCreateImageRef(", stream, ')');
+}
+
+eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImageSetting settings,
+                         __EdsObject* stream) {
+    EXPECT_TRUE(settings.jpeg_quality == 0 && settings.profile == nullptr && settings.reserved == 0);
+    return answer(nullptr, "EdsSaveImage(", image, ',', static_cast<int>(target), ',', stream, ')');
+}
+
+eds_error_t EdsRelease(__EdsObject* object) {
+    const eds_error_t error = answer(nullptr, "EdsRelease(", object, ')');
+    object->is_open = false;
+    return error;
+}
+
+namespace {
+
+// The calls of a conversion, and what follows when one fails: where that is nothing, all goes on.
+const struct {
+    std::string call;
+    std::string after_failure = {};
+} steps[] = {
+    {"EdsInitializeSDK()", "EdsTerminateSDK() 11"},
+    {"EdsCreateFileStream(raw.CR2,2,2)", "EdsTerminateSDK() 11"},
+    {"EdsCreateImageRef(#1)", "EdsRelease(#1) EdsTerminateSDK() 11"},
+    {"EdsRelease(#1)"},
+    {"EdsCreateFileStream(new.tif,1,1)", "EdsRelease(#2) EdsTerminateSDK() 11"},
+    {"EdsSaveImage(#2,8,#3)", "EdsRelease(#3) EdsRelease(#2) EdsTerminateSDK() 11"},
+    {"EdsRelease(#3)"},
+    {"EdsRelease(#2)"},
+    {"EdsTerminateSDK()"},
+};
+
+// The calls when the n-th one, from 1 on, answers an error, and the result of the conversion.
+std::string outcome_in_place(std::size_t n, eds_error_t error) {
+    std::string outcome;
+    for (const auto& [call, after_failure] : steps) {
+        const bool is_failing = --n == 0;
+        outcome += call + (is_failing ? '=' + std::to_string(error) : "") + ' ';
+        if (is_failing && !after_failure.empty())
+            return outcome + after_failure;
+    }
+    return outcome + '0';
+}
+
+// The same where the copy is opened instead of the raw file.
+std::string outcome_by_copy(std::size_t n, eds_error_t error) {
+    std::string outcome = outcome_in_place(n, error);
+    return outcome.insert(outcome.find("raw.CR2"), "raw.CR2,2,2)=34 EdsCreateFileStream(")
+        .replace(outcome.rfind("raw.CR2"), 7, "COPY.tiff");
+}
+
+// The folder of the files is the temporary folder, too.
+class conversion_test : public files_fixture {
 protected:
-    conversion_test() {
-        fs::create_directories(m_temporary);
-        write_file(m_raw, m_raw_bytes);
+    conversion_test() { write("raw.CR2", m_raw_bytes); }
+
+    // Answers the calls, with names for the paths, which the SDK gets as UTF-8 with backslashes, and the
+    // result.
+    [[nodiscard]] std::string convert(const ZFileLocation& tiff) const {
+        const int result = convert_raw_to_tiff(m_raw, tiff);
+        std::string folder = path("").string();
+        std::ranges::replace(folder, '/', '\\');
+        std::string calls = the_sdk.log;
+        for (std::size_t at = 0; (at = calls.find(folder, at)) != std::string::npos;)
+            calls.erase(at, folder.size());
+        const std::size_t copy = calls.find("KW-");
+        constexpr auto characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+        if (copy != std::string::npos && calls.find_first_not_of(characters, copy + 3) == copy + 23)
+            calls.replace(copy, 23, "COPY");
+        return calls + std::to_string(result);
     }
 
-    [[nodiscard]] int convert() const { return convert_raw_to_tiff(location_of(m_raw), location_of(m_tiff)); }
-
-    // The calls with the names of the files for their paths, which the SDK gets as UTF-8 with backslashes.
-    [[nodiscard]] calls_t named_calls(const sdk_double& sdk) const {
-        calls_t calls = sdk.inq_calls();
-        for (const auto& [path, name] : {std::pair(m_raw, "(RAW,"), {m_tiff, "(TIFF,"}, {m_copy, "(COPY,"}}) {
-            const std::u8string utf8 = path.u8string();
-            std::string argument = '(' + std::string(utf8.begin(), utf8.end()) + ',';
-            std::ranges::replace(argument, '/', '\\');
-            for (std::string& call : calls)
-                if (const std::size_t at = call.find(argument); at != std::string::npos)
-                    call.replace(at, argument.size(), name);
-        }
-        return calls;
-    }
-
-    // The temporary folder holds the copy, equal to the raw file, from the call at copied_at until the
-    // session ends, and is empty otherwise.
-    void check_run(const sdk_double::answers_t& answers, std::size_t copied_at, const expected_t& expected) {
-        SCOPED_TRACE("calls that answer errors: " + testing::PrintToString(answers));
-        std::size_t n_calls = 0;
-        const sdk_double sdk(answers, [&](std::string_view call) {
-            const bool is_copied = ++n_calls >= copied_at && !call.starts_with(end_of_session);
-            const calls_t names = list_folder(m_temporary);
-            ASSERT_EQ(names.size(), is_copied ? 1U : 0U) << call;
-            if (!is_copied)
-                return;
-            EXPECT_TRUE(names[0].starts_with("KW-") && names[0].ends_with(".tiff")) << names[0];
-            m_copy = m_temporary / names[0];
-            EXPECT_TRUE(read_file(m_copy) == m_raw_bytes) << call;
-        });
-        EXPECT_EQ(convert(), expected.result);
-        EXPECT_EQ(named_calls(sdk), expected.calls);
+    // There must be the raw file and, where that is expected, the copy that the SDK was told of.
+    void check_files(bool has_copy) const {
+        const std::string names = list();
+        const std::string first = names.substr(0, names.find(' '));
+        EXPECT_EQ(names, (has_copy ? first + ' ' : "") + "raw.CR2 ") << the_sdk.log;
+        EXPECT_TRUE(!has_copy || the_sdk.log.find(first) != std::string::npos) << the_sdk.log;
+        EXPECT_TRUE(read(first) == m_raw_bytes) << the_sdk.log;
     }
 
     const std::string m_raw_bytes = std::string(70000, 'r') + '\0' + "end";
-    const scratch_folder m_scratch;
-    const fs::path m_folder = m_scratch.inq_path() / u8"Gr\u00FC\u00DFe \u65E5 \U0001F4F7";
-    const fs::path m_temporary = m_folder / u8"tmp \u00E4";
-    const fs::path m_raw = m_folder / u8"\U0001F4F7 raw.CR2";
-    const fs::path m_tiff = m_folder / u8"\u0442 2.tif";
-    fs::path m_copy;
-    const temporary_folder_setting m_setting{m_temporary};
+    const ZFileLocation m_raw = file("raw.CR2");
+    const ZFileLocation m_tiff = file("new.tif");
+    const temporary_folder_setting m_setting{path("")};
 };
 
 TEST_F(conversion_test, converts_and_cleans_up_whichever_call_fails) {
-    constexpr std::size_t never = 1000;
-    constexpr std::size_t second_open = 3;
-    check_run({}, never, {0, whole_run});
-    check_run(not_found_at_first, second_open, {0, whole_run_by_copy});
-    for (const eds_error_t error : {eds_file_not_found, 0x8000FFFFU}) {
-        for (std::size_t i = 0; i < whole_run.size(); ++i)
-            if (i != 1 || error != eds_file_not_found) // which is no failure yet
-                check_run({{i + 1, error}}, never, when_failing(whole_run, i, error));
-        for (std::size_t i = second_open - 1; i < whole_run_by_copy.size(); ++i)
-            check_run({{2, 34}, {i + 1, error}}, second_open, when_failing(whole_run_by_copy, i, error));
-    }
+    const auto watch = [&](std::string_view call) {
+        check_files(the_sdk.answers[2] == 34 && the_sdk.n_calls > 2 && call != "EdsTerminateSDK()");
+    };
+    for (const eds_error_t error : {eds_file_not_found, 0x8000FFFFU})
+        for (std::size_t n = 1; n <= std::size(steps) + 1; ++n) { // the last time, none fails
+            const bool is_fallback = n == 2 && error == eds_file_not_found;
+            the_sdk = {{{n, error}}, watch};
+            EXPECT_EQ(convert(m_tiff), is_fallback ? outcome_by_copy(0, 0) : outcome_in_place(n, error));
+            the_sdk = {{{2, eds_file_not_found}, {n + 1, error}}, watch};
+            EXPECT_EQ(convert(m_tiff),
+                      outcome_by_copy(n > 1 ? n : 0, error)); // the second call fails already
+        }
 }
 
 TEST_F(conversion_test, fails_cleanly_wherever_memory_runs_out) {
-    const ZFileLocation raw = location_of(m_raw);
-    const ZFileLocation tiff = location_of(m_tiff);
-    for (const sdk_double::answers_t& answers : {sdk_double::answers_t(), not_found_at_first}) {
+    for (const eds_error_t first_open : {eds_ok, eds_file_not_found}) {
         bool has_failed = true;
         for (int n = 1; has_failed; ++n) {
-            SCOPED_TRACE("allocation " + std::to_string(n));
-            const sdk_double sdk(answers);
+            the_sdk = {{{2, first_open}}};
             allocation_meter::section memory(n);
-            const int result = convert_raw_to_tiff(raw, tiff);
+            const int result = convert_raw_to_tiff(m_raw, m_tiff);
             memory.stop();
 
             has_failed = memory.inq_failed();
-            EXPECT_EQ(result, has_failed ? 11 : 0);
-            EXPECT_EQ(memory.inq_held(), 0);
-            EXPECT_EQ(list_folder(m_temporary), calls_t());
+            EXPECT_EQ(result, has_failed ? 11 : 0) << n;
+            EXPECT_EQ(memory.inq_held(), 0) << n;
+            EXPECT_EQ(the_sdk.log.empty(), the_sdk.log.find("EdsTerminateSDK()") == std::string::npos) << n;
+            check_files(false);
             EXPECT_TRUE(has_failed || n > 10) << "too few to mean something";
         }
     }
 }
 
-TEST_F(conversion_test, fails_without_a_place_for_the_copy) {
-    const temporary_folder_setting setting(m_folder / "missing");
-    const sdk_double sdk(not_found_at_first);
-    EXPECT_EQ(convert(), 11);
-    EXPECT_EQ(named_calls(sdk), when_failing(whole_run, 1, 34).calls);
-    EXPECT_FALSE(fs::exists(m_folder / "missing"));
+TEST_F(conversion_test, goes_on_from_what_happens_to_the_copy) {
+    the_sdk = {{{2, eds_file_not_found}}, [&](std::string_view call) {
+                   if (call.starts_with("EdsSaveImage"))
+                       std::filesystem::remove(path(list().substr(0, list().find(' '))));
+               }};
+    EXPECT_EQ(convert(m_tiff), outcome_by_copy(0, eds_ok)) << "cannot be deleted";
+    const temporary_folder_setting setting(path("missing"));
+    the_sdk = {{{2, eds_file_not_found}}};
+    EXPECT_EQ(convert(m_tiff), outcome_in_place(2, eds_file_not_found)) << "has no place";
 }
 
-TEST_F(conversion_test, does_not_mind_a_copy_that_cannot_be_deleted) {
-    const sdk_double sdk(not_found_at_first, [&](std::string_view call) {
-        if (call.starts_with("EdsSaveImage")) {
-            m_copy = m_temporary / list_folder(m_temporary).at(0);
-            fs::remove(m_copy);
-            fs::create_directory(m_copy);
-        }
-    });
-    EXPECT_EQ(convert(), 0);
-    EXPECT_EQ(named_calls(sdk), whole_run_by_copy);
-}
-
-TEST_F(conversion_test, looks_at_the_raw_file_first) {
-    const struct {
-        std::string name; // with a closing separator: a location without a name
-        int result;
-    } rows[] = {
-        {"none.tif", 10}, {"none/", 10},  {"none/a.cr2", 10}, {"a.Cr2", 0},  {"a.crw", 0},
-        {".crw", 0},      {"a.b.cRW", 0}, {"a.cr2.bak", 11},  {"a.tif", 11}, {"a", 11},
-        {"acr2", 11},     {"a.cr", 11},   {"a.cr22", 11},     {"a.", 11},    {"folder.cr2/", 11},
+TEST_F(conversion_test, looks_at_the_locations_first) {
+    const std::map<std::string, int> results = {
+        {"none.tif", 10}, {"none/", 10}, {"none/a.cr2", 10}, {"a.Cr2", 0}, {"a.crw", 0},   {".crw", 0},
+        {"a.b.cRW", 0},   {"a", 11},     {"acr2", 11},       {"a.cr", 11}, {"a.cr22", 11}, {"a.cr2.bak", 11},
     };
-    for (const auto& row : rows) {
-        const fs::path path = m_folder / row.name;
-        if (row.result != 10 && row.name.ends_with('/'))
-            fs::create_directory(path);
-        else if (row.result != 10)
-            write_file(path, m_raw_bytes);
-        const sdk_double sdk;
-        EXPECT_EQ(convert_raw_to_tiff(location_of(path), location_of(m_tiff)), row.result) << row.name;
-        EXPECT_EQ(sdk.inq_calls().empty(), row.result != 0) << row.name;
+    for (const auto& [name, result] : results) {
+        the_sdk = {};
+        if (result != 10)
+            write(name, m_raw_bytes);
+        EXPECT_EQ(convert_raw_to_tiff(file(name), m_tiff), result) << name;
+        EXPECT_EQ(the_sdk.log.empty(), result != 0) << name;
     }
-}
-
-TEST_F(conversion_test, hands_over_no_empty_path) {
-    const sdk_double sdk;
-    EXPECT_EQ(convert_raw_to_tiff(location_of(m_raw), ZFileLocation()), 11);
-    EXPECT_EQ(named_calls(sdk), (calls_t{whole_run[0], whole_run[1], whole_run[2], whole_run[3],
-                                         "EdsRelease(#2)", end_of_session}));
+    the_sdk = {};
+    EXPECT_TRUE(convert({}).ends_with("EdsRelease(#1) EdsRelease(#2) EdsTerminateSDK() 11"));
 }
 
 } // namespace

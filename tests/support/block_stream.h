@@ -3,18 +3,18 @@
 #include "classlib/streams/ZRStream.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-// Reads bytes that someone else keeps, in blocks of given sizes, taken in turn. Each block is a copy of
-// exactly its size, gone with the next one: a sanitizer sees every byte read outside it.
+// Reads bytes that someone else keeps, in blocks of given sizes, taken in turn, and may fail at their end.
+// Each block is a copy of exactly its size, gone with the next one: a sanitizer sees every byte read outside
+// it. A size of 0 makes an empty block, which no source should hand out.
 class block_stream final : public ZRStream {
 public:
-    block_stream(std::string_view bytes, std::vector<std::size_t> sizes)
-        : m_bytes(bytes), m_sizes(std::move(sizes)) {}
+    block_stream(std::string_view bytes, std::vector<std::size_t> sizes, rstreamerr_t at_end = rstreamerr_ok)
+        : m_bytes(bytes), m_sizes(std::move(sizes)), m_at_end(at_end) {}
 
     [[nodiscard]] std::int64_t inq_source_size() const override { return -1; }
 
@@ -23,6 +23,9 @@ public:
 
 private:
     bool fill_buffer(const unsigned char*& block, int& size) override {
+        const bool is_at_end = m_bytes.empty();
+        if (is_at_end)
+            set_error(m_at_end);
         const std::string_view next =
             m_bytes.substr(0, m_sizes[static_cast<std::size_t>(m_n_fills++) % m_sizes.size()]);
         m_bytes.remove_prefix(next.size());
@@ -30,11 +33,12 @@ private:
         std::copy(next.begin(), next.end(), m_block.get());
         block = m_block.get();
         size = static_cast<int>(next.size());
-        return !next.empty();
+        return !is_at_end;
     }
 
     std::string_view m_bytes;
     std::vector<std::size_t> m_sizes;
+    rstreamerr_t m_at_end;
     std::unique_ptr<unsigned char[]> m_block;
     int m_n_fills = 0;
 };

@@ -3,7 +3,6 @@
 #include "classlib/streams/ZWStream.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 // Keeps what is written to it, each write by itself; may refuse to take anything more.

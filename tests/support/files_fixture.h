@@ -3,11 +3,8 @@
 #include "classlib/files/ZFileLocation.h"
 #include "tests/support/scratch_folder.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <optional>
-#include <string>
-#include <string_view>
 
 // A folder for each test, reached by a path with characters beyond ASCII. Names are relative to it, with "/"
 // between their components.
@@ -16,22 +13,16 @@ protected:
     files_fixture() { std::filesystem::create_directory(m_folder); }
 
     [[nodiscard]] std::filesystem::path path(std::string_view name) const { return m_folder / name; }
-
-    [[nodiscard]] ZFileLocation file(std::string_view name) const {
-        return {path(name).string<utf16_t>().c_str(), false};
-    }
-    [[nodiscard]] ZFileLocation folder(std::string_view name) const {
-        return {path(name).string<utf16_t>().c_str(), true};
-    }
+    [[nodiscard]] ZFileLocation file(std::string_view name) const { return location(name, false); }
+    [[nodiscard]] ZFileLocation folder(std::string_view name) const { return location(name, true); }
 
     void make_folder(std::string_view name) const { std::filesystem::create_directory(path(name)); }
     void write(std::string_view name, const std::string& bytes) const { write_file(path(name), bytes); }
 
     // Nothing when there is no such file.
     [[nodiscard]] std::optional<std::string> read(std::string_view name) const {
-        if (!std::filesystem::is_regular_file(path(name)))
-            return {};
-        return read_file(path(name));
+        const bool is_file = std::filesystem::is_regular_file(path(name));
+        return is_file ? std::optional(read_file(path(name))) : std::nullopt;
     }
 
     // The names in the folder, in order, each followed by a blank.
@@ -43,6 +34,10 @@ protected:
     }
 
 private:
+    [[nodiscard]] ZFileLocation location(std::string_view name, bool is_folder) const {
+        return {path(name).string<utf16_t>().c_str(), is_folder};
+    }
+
     scratch_folder m_scratch;
     std::filesystem::path m_folder = m_scratch.inq_path() / u"pictures \u00E9\U0001F4F7";
 };

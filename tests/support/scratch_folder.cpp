@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <fstream>
 #include <random>
-#include <system_error>
 
 namespace fs = std::filesystem;
 
@@ -20,18 +19,16 @@ scratch_folder::~scratch_folder() {
 }
 
 std::string read_file(const fs::path& file) {
-    std::ifstream stream;
-    stream.exceptions(std::ios::failbit | std::ios::badbit);
-    stream.open(file, std::ios::binary);
     std::string bytes(fs::file_size(file), '\0');
+    std::ifstream stream(file, std::ios::binary);
+    stream.exceptions(std::ios::failbit | std::ios::badbit);
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return bytes;
 }
 
 void write_file(const fs::path& file, const std::string& bytes) {
-    std::ofstream stream;
+    std::ofstream stream(file, std::ios::binary);
     stream.exceptions(std::ios::failbit | std::ios::badbit);
-    stream.open(file, std::ios::binary);
     stream << bytes << std::flush;
 }
 

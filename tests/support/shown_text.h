@@ -1,11 +1,9 @@
 #pragma once
 
 #include "classlib/streams/ZData.h"
-#include "classlib/strings/ZUString.h"
 #include "platform/utf16.h"
 
 #include <string>
-#include <string_view>
 
 // A text as the tables write it: printable ASCII as it is, every other unit as <E9> or <20AC>. A null text is
 // an empty text.
@@ -18,9 +16,3 @@
 
 // The bytes in use, as they are.
 [[nodiscard]] std::string bytes_of(const ZData& data);
-
-// A string from an ASCII text, made without the widening of ZUString; null for null.
-[[nodiscard]] ZUString wide(const char* ascii);
-
-// The units of a UTF-16 literal.
-[[nodiscard]] std::basic_string<utf16_t> units(std::u16string_view text);

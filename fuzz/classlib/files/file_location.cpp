@@ -19,7 +19,12 @@ units_t composed(units_t text) {
     return is_unc && (text.size() == 2 || text[2] == separator) ? text.substr(2) : text;
 }
 
-void check_parts(const ZFileLocation& location) {
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
+    const std::string text = fuzz_input(data, size).take_text(); // the structure of a path is ASCII
+    ZUString path(units_t(text.begin(), text.end()).c_str());
+    const ZFileLocation location(path, false);
     const units_t volume = units_of(location.inq_volume());
     const units_t folder = units_of(location.inq_folder());
     const units_t name = units_of(location.inq_name());
@@ -29,29 +34,14 @@ void check_parts(const ZFileLocation& location) {
             "a name is not its base name and its extension");
     require(units_of(location.inq_description()) == name + UTF16(" - ") + volume + folder,
             "a description is not name, volume and folder");
-    const utf16_t letter = location.inq_drive_letter();
-    const units_t server = units_of(location.inq_server());
-    const units_t want = letter != 0      ? units_t{letter, u':'}
-                         : server.empty() ? server
-                                          : UTF16("\\\\") + server;
-    require(volume == want, "a volume is neither a drive nor a server");
-}
+    const units_t drive = {location.inq_drive_letter(), u':'};
+    const units_t server = UTF16("\\\\") + units_of(location.inq_server());
+    require(volume.empty() || volume == drive || volume == server,
+            "a volume is neither a drive nor a server");
 
-} // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-    fuzz_input input(data, size);
-    units_t text;
-    while (!input.is_empty())
-        text += input.take_value<unsigned char>(); // the structure of a path is ASCII
-    const ZUString path(text.c_str());
-    const ZFileLocation location(path, false);
-    check_parts(location);
-
-    ZUString normal = path;
-    normal.replace(UTF16("/"), UTF16("\\"));
-    const bool is_stray_colon = normal.inq_char(0) == separator && normal.inq_char(1) == u':';
-    if (!is_stray_colon)
-        require(units_of(location.inq_path()) == composed(units_of(normal)), "a path changed its text");
+    path.replace(UTF16("/"), UTF16("\\"));
+    const bool is_stray_colon = path.inq_char(0) == separator && path.inq_char(1) == u':';
+    require(is_stray_colon || units_of(location.inq_path()) == composed(units_of(path)),
+            "a path changed its text");
     return 0;
 }

@@ -10,67 +10,57 @@
 #include <cstdint>
 #include <functional>
 #include <iterator>
-#include <string>
 #include <string_view>
 #include <vector>
 
 // Binary values come back from a stream as they were written, wherever its blocks end.
 namespace {
 
-// Reads a value back.
-using check_t = std::function<void(ZRStream& in)>;
+// Reads a value back; whether it is what was written.
+using check_t = std::function<bool(ZRStream& in)>;
+
+template <typename T>
+check_t round_trip(bool is_written, const T& value, auto read) {
+    require(is_written, "a value was refused");
+    return [value, read](ZRStream& in) {
+        T back{};
+        return std::invoke(read, in, back) && back == value;
+    };
+}
 
 template <typename T, typename Wire, bool (ZWStream::*Write)(T), bool (ZRStream::*Read)(T&)>
 check_t write_integer(ZWStream& out, fuzz_input& input) {
-    const auto value = static_cast<T>(input.take_value<Wire>());
-    require((out.*Write)(value), "an integer was refused");
-    return [value](ZRStream& in) {
-        T back = 0;
-        require((in.*Read)(back) && back == value, "an integer did not come back");
-    };
+    const T value = input.take_value<Wire>();
+    return round_trip((out.*Write)(value), value, Read);
 }
 
 check_t write_packed_int(ZWStream& out, fuzz_input& input) {
     const unsigned n_bits = input.take_value<unsigned char>() % 31U;
     const auto value = input.take_value<std::uint32_t>() & ((1U << n_bits) - 1);
-    require(out.write_packed_int(value), "a packed integer was refused");
-    return [value](ZRStream& in) {
-        unsigned int back = 0;
-        require(in.read_packed_int(back) && back == value, "a packed integer did not come back");
-    };
+    return round_trip(out.write_packed_int(value), value, &ZRStream::read_packed_int);
 }
 
 check_t write_float(ZWStream& out, fuzz_input& input) {
     const auto pattern = input.take_value<std::uint32_t>();
-    require(out.write_float(std::bit_cast<float>(pattern)), "a float was refused");
-    return [pattern](ZRStream& in) {
-        float back = 0;
-        require(in.read_float(back) && std::bit_cast<std::uint32_t>(back) == pattern,
-                "a float did not come back");
+    const auto read = [](ZRStream& in, std::uint32_t& back) {
+        float value = 0;
+        const bool is_read = in.read_float(value);
+        back = std::bit_cast<std::uint32_t>(value);
+        return is_read;
     };
-}
-
-std::string take_text(fuzz_input& input) {
-    const std::string_view bytes = input.take(input.take_value<unsigned char>());
-    return std::string(bytes.substr(0, bytes.find('\0')));
+    return round_trip(out.write_float(std::bit_cast<float>(pattern)), pattern, read);
 }
 
 check_t write_cstring(ZWStream& out, fuzz_input& input) {
-    const std::string text = take_text(input);
-    require(out.write_cstring(text.c_str()), "a text was refused");
-    return [text](ZRStream& in) {
-        ZString back;
-        require(in.read_cstring(back, false) && back == text.c_str(), "a text did not come back");
-    };
+    const ZString text(input.take_text(input.take_value<unsigned char>()).c_str());
+    const auto read = [](ZRStream& in, ZString& back) { return in.read_cstring(back, false); };
+    return round_trip(out.write_cstring(text), text, read);
 }
 
 check_t write_string(ZWStream& out, fuzz_input& input) {
-    const std::string text = take_text(input);
-    require(ZString(text.c_str()).write_to(out), "a string was refused");
-    return [text](ZRStream& in) {
-        ZString back;
-        require(back.read_from(in) && back == text.c_str(), "a string did not come back");
-    };
+    const ZString text(input.take_text(input.take_value<unsigned char>()).c_str());
+    const auto read = [](ZRStream& in, ZString& back) { return back.read_from(in); };
+    return round_trip(text.write_to(out), text, read);
 }
 
 check_t write_block(ZWStream& out, fuzz_input& input) {
@@ -79,13 +69,11 @@ check_t write_block(ZWStream& out, fuzz_input& input) {
     require(data.write(out), "a block was refused");
     return [data](ZRStream& in) {
         ZData back;
-        require(back.read(in) && back.equals(data), "a block did not come back");
+        return back.read(in) && back.equals(data);
     };
 }
 
-using write_t = check_t (*)(ZWStream& out, fuzz_input& input);
-
-constexpr write_t writes[] = {
+constexpr check_t (*writes[])(ZWStream& out, fuzz_input& input) = {
     &write_integer<unsigned char, unsigned char, &ZWStream::write_uint8, &ZRStream::read_uint8>,
     &write_integer<short, short, &ZWStream::write_int16, &ZRStream::read_int16>,
     &write_integer<unsigned short, unsigned short, &ZWStream::write_uint16, &ZRStream::read_uint16>,
@@ -113,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
 
     block_stream in(out.inq_bytes(), sizes);
     for (const check_t& check : checks)
-        check(in);
+        require(check(in), "a value did not come back");
     require(in.at_end() && in.inq_error() == rstreamerr_ok, "more came back than was written");
     return 0;
 }

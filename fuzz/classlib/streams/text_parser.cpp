@@ -6,7 +6,6 @@
 #include "tests/support/block_stream.h"
 
 #include <array>
-#include <concepts>
 #include <iterator>
 #include <string>
 #include <string_view>
@@ -16,123 +15,80 @@
 // any sizes and in one, have the same answers and errors.
 namespace {
 
-// What the operations answered, as bytes.
-class answers_t final {
-public:
-    template <typename... Values>
-    void add(const Values&... values) {
-        (add_value(values), ...);
-    }
+// What an operation answered, as bytes.
+struct answer final : std::string {
+    explicit answer(const auto&... values) { (add(values), ...); }
 
-    [[nodiscard]] bool operator==(const answers_t&) const = default;
-
-private:
-    template <typename T>
-    void add_value(const T& value) {
-        add_bytes(&value, sizeof value);
-    }
-    void add_value(const ZString& text) { add_bytes(text, text.length()); }
-    void add_value(const ZUString& text) { add_bytes(text, text.length() * int{sizeof(utf16_t)}); }
-    void add_value(const ZData& data) { add_bytes(data.inq_data(), data.inq_n_bytes()); }
-
-    void add_bytes(const void* bytes, std::integral auto n) {
-        m_bytes += std::to_string(n) + ':';
-        m_bytes.append(static_cast<const char*>(bytes), static_cast<std::size_t>(n));
-    }
-
-    std::string m_bytes;
+    void add(const void* bytes, std::size_t n) { append(static_cast<const char*>(bytes), n).push_back(';'); }
+    void add(const ZString& text) { add(text, static_cast<std::size_t>(text.length())); }
+    void add(const ZUString& text) { add(text, static_cast<std::size_t>(text.length()) * sizeof(utf16_t)); }
+    void add(const ZData& data) { add(data.inq_data(), static_cast<std::size_t>(data.inq_n_bytes())); }
+    void add(const auto& value) { add(&value, sizeof value); }
 };
 
-using operation_t = void (*)(ZRStream& in, unsigned char argument, answers_t& answers);
-
 template <typename T>
-void extract(ZRStream& in, unsigned char, answers_t& answers) {
+answer extract(ZRStream& in, unsigned char) {
     T value{};
     in >> value;
-    answers.add(value);
+    return answer(value);
 }
 
-template <typename T, bool (ZRStream::*Read)(T&)>
-void read(ZRStream& in, unsigned char, answers_t& answers) {
+template <typename T, auto Read>
+answer read(ZRStream& in, unsigned char argument) {
     T value{};
-    answers.add((in.*Read)(value), value);
+    return answer(Read(in, value, argument), value);
 }
 
-void read_cstring(ZRStream& in, unsigned char argument, answers_t& answers) {
-    ZString text;
-    answers.add(in.read_cstring(text, argument % 2 != 0), text);
-}
-
-void read_name(ZRStream& in, unsigned char, answers_t& answers) {
-    ZString text;
-    answers.add(in.read_name(text), text);
-}
-
-void read_until(ZRStream& in, unsigned char argument, answers_t& answers) {
+bool read_until(ZRStream& in, ZString& text, unsigned char argument) {
     const char stops[] = {':', static_cast<char>(argument), '\0'};
-    ZString text;
-    answers.add(in.read_until(stops, text), text);
+    return in.read_until(stops, text);
 }
 
-void read_bytes(ZRStream& in, unsigned char argument, answers_t& answers) {
+answer read_bytes(ZRStream& in, unsigned char argument) {
     std::array<char, 256> bytes{};
     int got = -1;
-    answers.add(in.read_bytes(bytes.data(), argument, argument % 2 != 0, &got), got);
-    answers.add(ZData(bytes.data(), got));
+    const bool is_read = in.read_bytes(bytes.data(), argument, argument % 2 != 0, &got);
+    return answer(is_read, ZData(bytes.data(), got));
 }
 
 // Of a block whose bytes run out only those that came are defined.
-void read_block(ZRStream& in, unsigned char, answers_t& answers) {
+answer read_block(ZRStream& in, unsigned char) {
     ZData data;
-    answers.add(data.read(in) ? data : ZData());
+    return data.read(in) ? answer(data) : answer();
 }
 
-// A block must not end amid a unit.
-void read_wide_line(ZRStream& in, unsigned char, answers_t& answers) {
-    if (in.inq_position() % 2 != 0)
-        return;
-    ZUString text;
-    answers.add(in.read_wide_line(text), text);
+// Wide lines are read where a unit begins.
+bool is_amid_unit(const ZRStream& in) {
+    return in.inq_position() % 2 != 0;
 }
 
 // The last one needs blocks of even sizes.
-constexpr operation_t operations[] = {
-    [](ZRStream& in, unsigned char, answers_t& answers) { answers.add(in.get()); },
-    [](ZRStream& in, unsigned char, answers_t& answers) { answers.add(in.at_end()); },
-    [](ZRStream& in, unsigned char, answers_t& answers) { answers.add(in.read_signed()); },
-    [](ZRStream& in, unsigned char n, answers_t& answers) { answers.add(in.skip(n)); },
-    [](ZRStream& in, unsigned char, answers_t&) { in.skip_space(); },
-    [](ZRStream& in, unsigned char, answers_t&) { in.skip_comment(); },
+constexpr answer (*operations[])(ZRStream& in, unsigned char argument) = {
+    [](ZRStream& in, unsigned char) { return answer(in.get()); },
+    [](ZRStream& in, unsigned char) { return answer(in.at_end()); },
+    [](ZRStream& in, unsigned char) { return answer(in.read_signed()); },
+    [](ZRStream& in, unsigned char n) { return answer(in.skip(n)); },
+    [](ZRStream& in, unsigned char) { return in.skip_space(), answer(); },
+    [](ZRStream& in, unsigned char) { return in.skip_comment(), answer(); },
     &extract<ZString>,
     &extract<unsigned char>,
     &extract<int>,
     &extract<unsigned long long>,
     &extract<double>,
-    &read<unsigned int, &ZRStream::read_uint32>,
-    &read<unsigned int, &ZRStream::read_packed_int>,
-    &read<ZString, &ZRStream::read_line>,
-    &read_cstring,
-    &read_name,
-    &read_until,
+    &read<unsigned int, [](ZRStream& in, unsigned int& v, int) { return in.read_uint32(v); }>,
+    &read<unsigned int, [](ZRStream& in, unsigned int& v, int) { return in.read_packed_int(v); }>,
+    &read<ZString, [](ZRStream& in, ZString& text, int) { return in.read_line(text); }>,
+    &read<ZString, [](ZRStream& in, ZString& text, int n) { return in.read_cstring(text, n % 2 != 0); }>,
+    &read<ZString, [](ZRStream& in, ZString& text, int) { return in.read_name(text); }>,
+    &read<ZString, &read_until>,
     &read_bytes,
     &read_block,
-    &read<ZData, &ZRStream::read_all>,
-    &read_wide_line,
+    &read<ZData, [](ZRStream& in, ZData& data, int) { return in.read_all(data); }>,
+    &read<ZUString, [](ZRStream& in, ZUString& s, int) { return is_amid_unit(in) || in.read_wide_line(s); }>,
 };
 
-struct step_t {
-    std::size_t operation;
-    unsigned char argument;
-};
-
-answers_t answers_of(ZRStream& in, const std::vector<step_t>& steps) {
-    answers_t answers;
-    for (const step_t& step : steps) {
-        operations[step.operation](in, step.argument, answers);
-        answers.add(in.inq_position_text(step.argument % 2 != 0));
-        answers.add(in.inq_position(), in.inq_line(), in.inq_error());
-    }
-    return answers;
+answer state_of(ZRStream& in, unsigned char argument) {
+    return answer(in.inq_position_text(argument % 2 != 0), in.inq_position(), in.inq_line(), in.inq_error());
 }
 
 } // namespace
@@ -143,15 +99,18 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     std::vector<std::size_t> sizes(4);
     for (std::size_t& block_size : sizes)
         block_size = (input.take_value<unsigned char>() % 32U + 1) * unit;
-    std::vector<step_t> steps(input.take_value<unsigned char>() % 16U);
-    for (step_t& step : steps) {
-        step.operation = input.take_value<unsigned char>() % (std::size(operations) - (unit == 2 ? 0 : 1));
-        step.argument = input.take_value<unsigned char>();
-    }
-    const std::string_view bytes = input.take_all();
+    fuzz_input steps(input.take(input.take_value<unsigned char>() % 16U * std::size_t{2}));
+    const std::string_view bytes = input.take();
     block_stream in_blocks(bytes, sizes);
     block_stream in_one_block(bytes, {bytes.size()});
-    require(answers_of(in_blocks, steps) == answers_of(in_one_block, steps),
-            "blocks and one block have different answers");
+    while (!steps.is_empty()) {
+        const std::size_t which =
+            steps.take_value<unsigned char>() % (std::size(operations) - (unit == 2 ? 0 : 1));
+        const auto argument = steps.take_value<unsigned char>();
+        require(operations[which](in_blocks, argument) == operations[which](in_one_block, argument),
+                "blocks and one block have different answers");
+        require(state_of(in_blocks, argument) == state_of(in_one_block, argument),
+                "blocks and one block leave a stream in different states");
+    }
     return 0;
 }

@@ -2,6 +2,8 @@
 #include "classlib/strings/ZUString.h"
 #include "fuzz/fuzz_target.h"
 
+#include <algorithm>
+#include <locale>
 #include <optional>
 #include <string>
 
@@ -15,38 +17,22 @@ units_t units_of(const ZUString& s) {
     return {static_cast<const utf16_t*>(s), static_cast<std::size_t>(s.length())};
 }
 
-std::string bytes_of(const ZString& s) {
-    return {static_cast<const char*>(s), static_cast<std::size_t>(s.length())};
-}
-
-void append_code_point(units_t& units, char32_t c) {
-    if (c >= 0x10000) {
-        units += static_cast<utf16_t>(0xD800 + ((c - 0x10000) >> 10));
-        c = 0xDC00 + (c & 0x3FF);
-    }
-    units += static_cast<utf16_t>(c);
-}
-
-// The text of well-formed UTF-8, by arithmetic on whole sequences; nothing when it is malformed.
+// What the standard library makes of UTF-8; nothing when it is malformed. The library lets surrogates pass.
 std::optional<units_t> decoded(const std::string& text) {
-    units_t units;
-    for (std::size_t i = 0; i < text.size();) {
-        const auto lead = static_cast<unsigned char>(text[i++]);
-        const int n_more = lead < 0x80 ? 0 : lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
-        auto c = static_cast<char32_t>(n_more == 0 ? lead : lead & (0x3F >> n_more));
-        for (int k = 0; k < n_more; ++k, ++i) {
-            if (i == text.size() || (text[i] & 0xC0) != 0x80)
-                return {};
-            c = c << 6 | static_cast<char32_t>(text[i] & 0x3F);
-        }
-        constexpr char32_t first_of_length[] = {0, 0x80, 0x800, 0x10000};
-        const bool is_surrogate = c >= 0xD800 && c < 0xE000;
-        if ((n_more > 0 && lead < 0xC0) || lead >= 0xF8 || c < first_of_length[n_more] || c > 0x10FFFF ||
-            is_surrogate)
-            return {};
-        append_code_point(units, c);
-    }
-    return units;
+    using codec_t = std::codecvt<char16_t, char8_t, std::mbstate_t>;
+    const std::u8string bytes(text.begin(), text.end());
+    std::u16string units(text.size(), u'\0');
+    std::mbstate_t state{};
+    const char8_t* unread = nullptr;
+    char16_t* end = nullptr;
+    const auto result = std::use_facet<codec_t>(std::locale::classic())
+                            .in(state, bytes.data(), bytes.data() + bytes.size(), unread, units.data(),
+                                units.data() + units.size(), end);
+    const auto surrogate = std::ranges::adjacent_find(
+        bytes, [](char8_t lead, char8_t next) { return lead == 0xED && next >= 0xA0; });
+    if (result != codec_t::ok || surrogate != bytes.end())
+        return {};
+    return units_t(units.data(), end);
 }
 
 units_t without_lone_surrogates(units_t units) {
@@ -61,30 +47,23 @@ units_t without_lone_surrogates(units_t units) {
     return units;
 }
 
-void check_bytes(const std::string& text) {
-    const ZUString wide = ZUString::from_utf8(text.c_str());
-    const ZMBString back(wide);
-    const auto want = decoded(text);
-    require(!want || *want == units_of(wide), "well-formed UTF-8 was decoded wrongly");
-    require((bytes_of(back) == text) == want.has_value(), "only well-formed UTF-8 stays as it is");
-    require(decoded(bytes_of(back)) == units_of(wide), "wide text was not made well-formed UTF-8");
-}
-
-void check_units(const units_t& units) {
-    const ZMBString bytes(ZUString(units.c_str()));
-    require(units_of(ZUString::from_utf8(bytes)) == without_lone_surrogates(units),
-            "wide text did not come back from UTF-8");
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t size) {
-    fuzz_input bytes(data, size);
-    const std::string text(bytes.take_all());
-    check_bytes(text.substr(0, text.find('\0')));
+    const std::string text(fuzz_input(data, size).take_text());
+    const ZUString wide = ZUString::from_utf8(text.c_str());
+    const std::string back(static_cast<const char*>(ZMBString(wide)));
+    const auto want = decoded(text);
+    require(!want || *want == units_of(wide), "well-formed UTF-8 was decoded wrongly");
+    require((back == text) == want.has_value(), "only well-formed UTF-8 stays as it is");
+    require(decoded(back) == units_of(wide), "wide text was not made well-formed UTF-8");
+
     units_t units;
     for (fuzz_input words(data, size); !words.is_empty();)
         units += words.take_value<utf16_t>();
-    check_units(units.substr(0, units.find(u'\0')));
+    units = units.c_str(); // as far as its first zero
+    require(units_of(ZUString::from_utf8(ZMBString(ZUString(units.c_str())))) ==
+                without_lone_surrogates(units),
+            "wide text did not come back from UTF-8");
     return 0;
 }

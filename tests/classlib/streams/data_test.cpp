@@ -1,18 +1,14 @@
-#include "classlib/streams/ZData.h"
 #include "classlib/strings/ZString.h"
 #include "tests/support/allocation_meter.h"
 #include "tests/support/recording_reporter.h"
-#include "tests/support/shown_text.h"
 
 #include <climits>
 #include <gtest/gtest.h>
-#include <memory>
-#include <new>
-#include <string>
 #include <tuple>
-#include <utility>
 
 namespace {
+
+using namespace std::string_literals;
 
 constexpr const char* no_text = nullptr;
 
@@ -24,98 +20,90 @@ std::string state_of(const ZData& d) {
            std::to_string(d.inq_data_size()) + ' ' + bytes_of(d);
 }
 
-TEST(data, construction) {
-    ZData spare("abc");
-    ASSERT_TRUE(spare.grow(1));
-    EXPECT_EQ(state_of(ZData()), "none");
-    EXPECT_EQ(state_of(ZData("abc")), "own 3/3 abc");
-    EXPECT_EQ(state_of(ZData(no_text)), "own 0/0 ");
-    EXPECT_EQ(state_of(ZData(spare)), "own 3/3 abc");
-    EXPECT_EQ(state_of(ZData(std::move(spare))), "own 3/259 abc");
-    EXPECT_EQ(state_of(ZData(-1)), "own 0/0 ");
-}
-
-TEST(data, changes_of_an_owned_and_of_a_referred_block) {
+TEST(data, changes_keep_what_there_was_when_memory_runs_out) {
     struct row_t {
-        const char* what;
         bool (*change)(ZData& d);
-        const char* of_owned; // "own 4/4 abcd" before
-        const char* of_referred = of_owned;
+        std::string of_owned; // "own 4/4 abcd" before
+        std::string of_referred = of_owned;
     };
-    constexpr row_t rows[] = {
-        {"set", [](ZData& d) { return d.set("xy", 2); }, "own 2/2 xy"},
-        {"take",
-         [](ZData& d) {
-             ZData other("xyz");
-             return d.take(other), other.inq_data() == nullptr;
-         },
-         "own 3/3 xyz"},
-        {"take itself", [](ZData& d) { return d.take(d), true; }, "own 4/4 abcd", "ref 4/4 abcd"},
-        {"clear", [](ZData& d) { return d.clear(), true; }, "none"},
-        {"empty", [](ZData& d) { return d.empty(), true; }, "own 0/4 ", "ref 0/4 "},
-        {"enlarge", [](ZData& d) { return d.set_size(6) && (d.truncate(4), true); }, "own 4/6 abcd"},
-        {"set_size none", [](ZData& d) { return d.set_size(-1); }, "own 0/0 "},
-        {"grow", [](ZData& d) { return d.grow(1); }, "own 4/260 abcd"},
-        {"commit", [](ZData& d) { return d.grow(1) && (d.inq_data()[4] = 'e', d.commit(1)); },
-         "own 5/260 abcde"},
-        {"append_byte", [](ZData& d) { return d.append_byte('e'); }, "own 5/260 abcde"},
-        {"append none", [](ZData& d) { return d.append(nullptr, 0) && d.append("x", -1); }, "own 4/4 abcd",
-         "ref 4/4 abcd"},
-        {"append itself", [](ZData& d) { return d += d, true; }, "own 8/260 abcdabcd"},
-        {"append its end", [](ZData& d) { return d.append(d.inq_data() + 2, 2); }, "own 6/260 abcdcd"},
-        {"assign itself", [](ZData& d) { return d = static_cast<const ZData&>(d), true; }, "own 4/4 abcd",
-         "ref 4/4 abcd"},
-        {"assign no text", [](ZData& d) { return d = no_text, true; }, "own 0/0 "},
+    const row_t rows[] = {
+        {[](ZData& d) { return d.take(d), true; }, "own 4/4 abcd", "ref 4/4 abcd"},
+        {[](ZData& d) { return d = static_cast<const ZData&>(d), true; }, "own 4/4 abcd", "ref 4/4 abcd"},
+        {[](ZData& d) { return d = no_text, true; }, "own 0/0 "},
+        {[](ZData& d) { return d.clear(), true; }, "none"},
+        {[](ZData& d) { return d.empty(), true; }, "own 0/4 ", "ref 0/4 "},
+        {[](ZData& d) { return d.set_size(6) && (d.truncate(4), true); }, "own 4/6 abcd"},
+        {[](ZData& d) { return d.append_byte('e'); }, "own 5/260 abcde"},
+        {[](ZData& d) { return d.append(nullptr, 0) && d.append("x", -1); }, "own 4/4 abcd", "ref 4/4 abcd"},
+        {[](ZData& d) { return d += d, true; }, "own 8/260 abcdabcd"},
+        {[](ZData& d) { return d.append(d.inq_data() + 2, 2); }, "own 6/260 abcdcd"},
     };
     for (const row_t& row : rows) {
-        SCOPED_TRACE(row.what);
-        ZData owned("abcd");
-        EXPECT_TRUE(row.change(owned));
-        EXPECT_EQ(state_of(owned), row.of_owned);
-        char bytes[] = {'a', 'b', 'c', 'd'}; // the sanitizers would not let the buffer release these
-        ZData referring;
-        referring.refer(bytes, 4);
-        EXPECT_TRUE(row.change(referring));
-        EXPECT_EQ(state_of(referring), row.of_referred);
-        EXPECT_EQ(std::string(bytes, 4), "abcd");
+        for (const bool is_owned : {true, false}) {
+            SCOPED_TRACE(testing::Message() << "row " << &row - rows << ", " << is_owned);
+            char bytes[] = {'a', 'b', 'c', 'd'}; // the sanitizers would not let the buffer release these
+            ZData d("abcd");
+            if (!is_owned)
+                d.refer(bytes, 4);
+            const std::string before = state_of(d);
+            const auto change = [&] {
+                if (!row.change(d))
+                    throw std::bad_alloc();
+            };
+            if (runs_out_of_memory(1, change)) {
+                EXPECT_EQ(state_of(d), before);
+                change();
+            }
+            EXPECT_EQ(state_of(d), is_owned ? row.of_owned : row.of_referred);
+            EXPECT_EQ(std::string(bytes, 4), "abcd");
+        }
     }
 }
 
-TEST(data, a_referred_block_is_written_in_place) {
+TEST(data, blocks_change_hands_and_are_written_in_place) {
     char bytes[] = {'a', 'b', 'c'};
     ZData d;
     d.refer(bytes, 3);
+    d.zero_fill();
     d.truncate(1);
     EXPECT_TRUE(d.append("xy", 2));
-    EXPECT_EQ(std::string(bytes, 3), "axy");
+    EXPECT_EQ(std::string(bytes, 3), "\0xy"s);
+    EXPECT_TRUE(runs_out_of_memory(1, [&] { delete[] d.detach(); }));
+    const std::unique_ptr<unsigned char[]> copy(d.detach());
+    EXPECT_EQ(std::string(copy.get(), copy.get() + 3), "\0xy"s);
+    EXPECT_EQ(state_of(d) + state_of(ZData(no_text)), "noneown 0/0 ");
+    d = "abc";
+    ASSERT_TRUE(d.grow(1));
+    const unsigned char* const held = d.inq_data();
+    EXPECT_EQ(state_of(ZData(d)), "own 3/3 abc");
+    ZData moved(std::move(d));
+    EXPECT_EQ(state_of(moved), "own 3/259 abc");
+    d.take(moved);
+    EXPECT_EQ(state_of(moved), "none");
+    EXPECT_EQ(std::unique_ptr<unsigned char[]>(d.detach()).get(), held);
+    EXPECT_TRUE(d.set("xy", 2));
+    EXPECT_EQ(state_of(d), "own 2/2 xy");
+    EXPECT_FALSE(runs_out_of_memory(1, [&] { EXPECT_FALSE(d.set("xy", 2)); }));
+    EXPECT_EQ(state_of(d), "none");
 }
 
-TEST(data, detaching_hands_over_the_block_or_a_copy) {
-    char bytes[] = {'a', 'b', 'c'};
-    for (const bool is_owned : {true, false}) {
-        ZData d("abc");
-        if (!is_owned)
-            d.refer(bytes, 3);
-        d.truncate(2);
-        const unsigned char* const held = d.inq_data();
-        const std::unique_ptr<unsigned char[]> block(d.detach());
-        EXPECT_EQ(block.get() == held, is_owned);
-        EXPECT_EQ(std::string(block.get(), block.get() + 2), "ab");
-        EXPECT_EQ(state_of(d), "none");
-        EXPECT_EQ(d.detach(), nullptr);
-    }
-}
-
-TEST(data, appending_doubles_the_block) {
+TEST(data, appending_doubles_the_block_up_to_the_largest) {
     ZData d;
-    const allocation_meter::section section(0);
-    for (int n = 1; n <= 5000; ++n)
-        ASSERT_TRUE(d.append_byte('x'));
-    EXPECT_EQ(section.inq_asked(), 6); // 256, 512, ... 8192
-    EXPECT_EQ(d.inq_data_size(), 8192);
+    {
+        const allocation_meter::section section(0);
+        for (int n = 1; n <= 5000; ++n)
+            ASSERT_TRUE(d.append_byte('x'));
+        EXPECT_EQ(section.inq_asked(), 6); // 256, 512, ... 8192
+        EXPECT_EQ(d.inq_data_size(), 8192);
+    }
+    unsigned char bytes[] = {'e', 'f', 'g'}; // behind which nobody looks
+    d.refer(bytes, INT_MAX);
+    EXPECT_FALSE(d.append_byte('e') || d.append(bytes, 3) || d.grow(1));
+    EXPECT_EQ(d.inq_n_bytes(), INT_MAX);
+    EXPECT_EQ(d.inq_data(), bytes);
 }
 
-TEST(data, comparison) {
+TEST(data, comparison_and_misuse) {
     using row_t = std::tuple<const char*, const char*, int, bool, bool>;
     const row_t rows[] = {{"abcd", "abc", 3, false, true}, {"abcd", "abc", 4, false, false},
                           {"ab", "ab", 5, true, true},     {"abc", "abd", 3, false, false},
@@ -124,68 +112,12 @@ TEST(data, comparison) {
         EXPECT_EQ(ZData(a).equals(ZData(b)), is_equal) << a << ", " << b;
         EXPECT_EQ(ZData(b).equals_prefix(ZData(a), n), has_equal_prefix) << a << ", " << b;
     }
-}
-
-TEST(data, misuse_is_reported_and_changes_nothing) {
     recording_reporter reporter;
     ZData d("abcd");
     d.truncate(5);
-    EXPECT_EQ(reporter.take_without_lines(), "assertion ZData: n <= m_nbytes;");
-    for (const int n : {1, INT_MAX}) {
-        EXPECT_FALSE(d.commit(n));
-        EXPECT_EQ(reporter.take_without_lines(), "assertion ZData: m_nbytes <= m_data_size;");
-    }
+    EXPECT_EQ(reporter.take(), "assertion ZData: n <= m_nbytes;");
+    EXPECT_FALSE(d.commit(1) || d.commit(INT_MAX));
     EXPECT_EQ(state_of(d), "own 4/4 abcd");
-}
-
-TEST(data, running_out_of_memory_keeps_what_there_was) {
-    struct row_t {
-        const char* what;
-        bool (*change)(ZData& d);
-    };
-    constexpr row_t rows[] = {
-        {"set_size", [](ZData& d) { return d.set_size(9); }},
-        {"grow", [](ZData& d) { return d.grow(1); }},
-        {"grow far", [](ZData& d) { return d.grow(INT_MAX - 4); }},
-        {"append itself", [](ZData& d) { return d.append(d); }},
-        {"set", [](ZData& d) { return d.set("xy", 2); }},
-        {"detach",
-         [](ZData& d) {
-             return d.inq_owns() ? false : std::unique_ptr<unsigned char[]>(d.detach()) != nullptr;
-         }},
-    };
-    for (const row_t& row : rows) {
-        char bytes[] = {'a', 'b', 'c', 'd'};
-        for (const bool is_owned : {true, false}) {
-            SCOPED_TRACE(testing::Message() << row.what << ", " << is_owned);
-            ZData d("abcd");
-            if (!is_owned)
-                d.refer(bytes, 4);
-            allocation_meter::section section(1);
-            bool is_done = false;
-            try {
-                is_done = row.change(d);
-            } catch (const std::bad_alloc&) {
-                is_done = false;
-            }
-            section.stop();
-            EXPECT_FALSE(is_done);
-            EXPECT_EQ(section.inq_held(), 0);
-            const bool is_cleared = row.what == std::string("set");
-            EXPECT_EQ(state_of(d), is_cleared ? "none" : is_owned ? "own 4/4 abcd" : "ref 4/4 abcd");
-        }
-    }
-}
-
-TEST(data, a_block_of_the_largest_size_grows_no_more) {
-    const std::unique_ptr<unsigned char[]> bytes(ZData("efg").detach()); // never looked at
-    ZData d;
-    d.refer(bytes.get(), INT_MAX);
-    EXPECT_FALSE(d.append_byte('e'));
-    EXPECT_FALSE(d.append(bytes.get(), 3));
-    EXPECT_FALSE(d.grow(1));
-    EXPECT_EQ(d.inq_n_bytes(), INT_MAX);
-    EXPECT_EQ(d.inq_data(), bytes.get());
 }
 
 } // namespace
