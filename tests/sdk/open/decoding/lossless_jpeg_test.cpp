@@ -124,7 +124,7 @@ TEST_F(lossless_jpeg_test, gives_back_what_was_encoded) {
                                         << " x " << height << ", " << slices.count << " slices");
         sample_list decoded(expected.size());
         unsigned finished = 0;
-        sdk_open::decode({read(bytes), slices, lead}, {decoded, width, height}, [&](unsigned rows) {
+        sdk_open::decode_mosaic({read(bytes), slices, lead}, {decoded, width, height}, [&](unsigned rows) {
             ASSERT_GE(rows, finished);
             EXPECT_TRUE(std::equal(decoded.begin() + std::ptrdiff_t{finished} * width,
                                    decoded.begin() + std::ptrdiff_t{rows} * width,
@@ -182,7 +182,7 @@ TEST_F(lossless_jpeg_test, refuses_damage) {
         row.inflict(bytes, slices);
         std::string reason;
         try {
-            sdk_open::decode({read(bytes), slices, 0}, {samples, 16, 12}, [](unsigned) {});
+            sdk_open::decode_mosaic({read(bytes), slices, 0}, {samples, 16, 12}, [](unsigned) {});
         } catch (const sdk_open::failure& problem) {
             reason = problem.what();
         }
@@ -192,7 +192,7 @@ TEST_F(lossless_jpeg_test, refuses_damage) {
     too_bright[100] = 256;
     const jpeg_plan wider{8, 8, 12, 2, 1, 0, {make_table()}};
     const std::string bytes = write_lossless_jpeg(wider, too_bright);
-    EXPECT_THROW(sdk_open::decode({read(bytes), {}, 0}, {too_bright, 16, 12}, [](unsigned) {}),
+    EXPECT_THROW(sdk_open::decode_mosaic({read(bytes), {}, 0}, {too_bright, 16, 12}, [](unsigned) {}),
                  sdk_open::failure);
 }
 
