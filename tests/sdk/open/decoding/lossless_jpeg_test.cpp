@@ -45,12 +45,13 @@ protected:
         return table;
     }
 
-    // Small and large steps, up and down.
+    // Small and large steps, up and down; or noise, for which the longest codes may follow one another.
     sample_list make_samples(std::size_t count, unsigned precision) {
         sample_list samples(count);
         unsigned value = 0;
+        const bool is_noise = pick(0, 2) == 0;
         for (std::uint16_t& sample : samples) {
-            value += pick(0, (2U << pick(0, precision)) - 1) - pick(0, 3);
+            value += pick(0, (2U << (is_noise ? 16 : pick(0, precision))) - 1) - pick(0, 3);
             sample = static_cast<std::uint16_t>(value & ((1U << precision) - 1));
         }
         return samples;
