@@ -6,8 +6,8 @@
 
 namespace sdk_open {
 
-int own_decoder_libraw::unpack_with(const decoder& decode) {
-    m_decode = &decode;
+int own_decoder_libraw::unpack_with(decoder decode) {
+    m_decode = std::move(decode);
     m_own_load = std::exchange(load_raw, static_cast<load_function>(&own_decoder_libraw::load_mosaic));
     const int answer = unpack();
     if (m_problem)
@@ -23,7 +23,7 @@ void own_decoder_libraw::load_mosaic() {
         decode_mosaic();
     } catch (...) {
         m_problem = std::current_exception();
-        throw LIBRAW_EXCEPTION_CANCELLED_BY_CALLBACK;
+        throw LibRaw_exceptions{LIBRAW_EXCEPTION_CANCELLED_BY_CALLBACK}; // the way out that LibRaw knows
     }
 }
 
@@ -32,7 +32,7 @@ void own_decoder_libraw::decode_mosaic() const {
     if (imgdata.rawdata.raw_image == nullptr)
         throw std::bad_alloc();
     const std::size_t count = std::size_t{sizes.raw_width} * sizes.raw_height;
-    (*m_decode)({{imgdata.rawdata.raw_image, count}, sizes.raw_width, sizes.raw_height});
+    m_decode({{imgdata.rawdata.raw_image, count}, sizes.raw_width, sizes.raw_height});
 }
 
 } // namespace sdk_open

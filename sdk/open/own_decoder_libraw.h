@@ -18,7 +18,7 @@ public:
 
     // Like unpack(), whose answer it returns, but the decoder fills the mosaic. Throws what that throws, and
     // std::bad_alloc where there is no memory for the mosaic.
-    int unpack_with(const decoder& decode);
+    int unpack_with(decoder decode);
 
 private:
     using load_function = void (LibRaw::*)();
@@ -26,7 +26,7 @@ private:
     void load_mosaic();
     void decode_mosaic() const;
 
-    const decoder* m_decode = nullptr; // while unpack_with() runs
+    decoder m_decode;
     load_function m_own_load = nullptr;
     std::exception_ptr m_problem;
 };

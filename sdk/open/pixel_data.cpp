@@ -79,14 +79,17 @@ pixel_data::stored_mosaic pixel_data::find(std::span<const std::byte> bytes, Lib
 }
 
 pixel_data::pixel_data(std::span<const std::byte> bytes, LibRaw& identified)
-    : m_stored(find(bytes, identified)) {}
+    : m_stored(find(bytes, identified)) {
+    if (identified.imgdata.idata.filters == 0)
+        throw failure(error_code_t::not_supported, "the raw picture is no mosaic of colours");
+}
 
 unsigned pixel_data::inq_precision() const {
     return std::visit([](const auto& stored) { return stored.inq_precision(); }, m_stored);
 }
 
 void pixel_data::decode(const mosaic_buffer& target, const rows_listener& on_rows) const {
-    std::visit([&](const auto& stored) { sdk_open::decode(stored, target, on_rows); }, m_stored);
+    std::visit([&](const auto& stored) { decode_mosaic(stored, target, on_rows); }, m_stored);
 }
 
 } // namespace sdk_open

@@ -54,8 +54,6 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     const pixel_data stored(bytes, *m_libraw);
     check(m_libraw->unpack_with(
         [&stored](const mosaic_buffer& target) { stored.decode(target, [](unsigned) {}); }));
-    if (inq_data().rawdata.raw_image == nullptr)
-        throw_damaged("the pixel data are damaged");
     correct_white_level(m_libraw->imgdata.rawdata.color, stored.inq_precision());
     m_libraw->get_internal_data_pointer()->internal_data.input = nullptr; // the stream ends here
 }

@@ -13,6 +13,7 @@
 #include <libraw/libraw.h>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace {

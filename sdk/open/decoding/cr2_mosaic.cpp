@@ -7,7 +7,7 @@
 
 namespace sdk_open {
 
-void decode(const cr2_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows) {
+void decode_mosaic(const cr2_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows) {
     if (source.jpeg.inq_sample_count() != target.samples.size())
         throw_damaged("the pixel data have another size than the picture");
     slice_writer writer(source.slices, target);

@@ -17,6 +17,6 @@ struct cr2_mosaic {
 
 // Decodes it. Throws failure(damaged_picture) where its parts contradict each other or the data are damaged,
 // and std::bad_alloc.
-void decode(const cr2_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows);
+void decode_mosaic(const cr2_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows);
 
 } // namespace sdk_open

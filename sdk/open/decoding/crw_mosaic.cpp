@@ -52,9 +52,9 @@ crw_mosaic read_crw_mosaic(std::span<const std::byte> record, unsigned table, st
     return {table, record.first(low_size), record.subspan(low_size + unused_size)};
 }
 
-void decode(const crw_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows) {
-    const unsigned last_rows = target.height % rows_at_once;
-    if (target.width % rows_at_once != 0 || last_rows * target.width % crw_block_decoder::block_size != 0)
+void decode_mosaic(const crw_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows) {
+    const std::size_t last_samples = std::size_t{target.height % rows_at_once} * target.width;
+    if (target.width % rows_at_once != 0 || last_samples % crw_block_decoder::block_size != 0)
         throw_damaged("the picture has an impossible size");
     crw_block_decoder decoder(source.codes, source.table, target.width);
     for (unsigned row = 0; row < target.height; row += rows_at_once) {

@@ -4,6 +4,7 @@
 
 #include <numeric>
 #include <optional>
+#include <vector>
 
 namespace sdk_open {
 namespace {
