@@ -43,11 +43,12 @@ void for_columns(std::ptrdiff_t first, std::ptrdiff_t last, Body body) {
         body(x);
 }
 
-// The lanes whose columns are odd, when the first has this column.
-inline hn::Mask<lanes_t> odd_columns(std::ptrdiff_t first) {
+// The lanes with green samples, when the first lane has this column.
+inline hn::Mask<lanes_t> green_lanes(std::ptrdiff_t column, bool is_green_odd) {
     const hn::RebindToSigned<lanes_t> integers;
-    const auto column = hn::Add(hn::Iota(integers, 0), hn::Set(integers, static_cast<int>(first & 1)));
-    return hn::RebindMask(lanes_t(), hn::TestBit(column, hn::Set(integers, 1)));
+    const bool is_odd_green = (column % 2 != 0) != is_green_odd;
+    const auto parity = hn::Add(hn::Iota(integers, 0), hn::Set(integers, is_odd_green ? 0 : 1));
+    return hn::RebindMask(lanes_t(), hn::TestBit(parity, hn::Set(integers, 1)));
 }
 
 inline tones_t absolute_difference(tones_t a, tones_t b) {
@@ -67,10 +68,9 @@ inline tones_t other_colour(tones_t before2, tones_t before, tones_t own, tones_
 // Green minus the other colour along the row and along the column. tones: the rows -2 to 2 around this one.
 inline void find_differences(const std::array<const float*, 5>& tones, bool is_green_odd, float* in_row,
                              float* in_column, std::ptrdiff_t first, std::ptrdiff_t last) {
-    const auto odd = odd_columns(first);
-    const auto green = is_green_odd ? odd : hn::Not(odd);
     const float* const row = tones[2];
     for_columns(first, last, [&](std::ptrdiff_t x) {
+        const auto green = green_lanes(x, is_green_odd);
         const tones_t own = load(row + x);
         const auto difference = [&](tones_t other) {
             return hn::IfThenElse(green, hn::Sub(own, other), hn::Sub(other, own));
@@ -216,9 +216,8 @@ struct colour_input {
 // The differences of both colours everywhere: of the one that this row samples, and of the other.
 inline void fill_differences(const colour_input& in, bool is_green_odd, float* of_row, float* of_other,
                              std::ptrdiff_t first, std::ptrdiff_t last) {
-    const auto odd = odd_columns(first);
-    const auto green = is_green_odd ? odd : hn::Not(odd);
     for_columns(first, last, [&](std::ptrdiff_t x) {
+        const auto green = green_lanes(x, is_green_odd);
         const tones_t left = load(in.weights.left + x);
         const tones_t right = load(in.weights.right + x);
         const tones_t above = load(in.weights.above + x);

@@ -96,8 +96,6 @@ inline tones_t light_of(tones_t tone) {
 void light_row(planes_t& planes, int row, int columns, const cfa_phase& phase,
                const std::array<std::array<float, 3>, 3>& srgb_from_camera,
                const std::array<std::uint16_t*, 3>& light) {
-    const auto odd = odd_columns(0);
-    const auto is_green = phase.is_green_odd(row) ? odd : hn::Not(odd);
     const float* const tones = planes.tones[row];
     const float* const differences = planes.differences[row];
     const auto reds = rows_around<-1, 0, 1>(planes.red_differences, row);
@@ -106,7 +104,8 @@ void light_row(planes_t& planes, int row, int columns, const cfa_phase& phase,
     const hn::Rebind<std::uint16_t, lanes_t> values;
     for_columns(0, columns, [&](std::ptrdiff_t x) {
         const tones_t sampled = load(tones + x);
-        const tones_t green = hn::IfThenElse(is_green, sampled, hn::Add(sampled, load(differences + x)));
+        const tones_t green = hn::IfThenElse(green_lanes(x, phase.is_green_odd(row)), sampled,
+                                             hn::Add(sampled, load(differences + x)));
         const std::array camera{light_of(hn::Sub(green, median_at(reds, x))), light_of(green),
                                 light_of(hn::Sub(green, median_at(blues, x)))};
         for (std::size_t out = 0; out < light.size(); ++out) {
