@@ -5,6 +5,7 @@
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"
 #include "sdk/open/input_file.h"
+#include "sdk/open/large_block.h"
 #include "sdk/open/open_objects.h"
 #include "sdk/open/raw_format.h"
 #include "sdk/open/system_calls.h"
@@ -61,7 +62,7 @@ eds_error_t guarded(Body&& body) noexcept {
 }
 
 // Looks at the first bytes before it reads them all: what is no raw file may be large.
-std::vector<std::byte> read_raw_file(const input_file& file) {
+large_block read_raw_file(const input_file& file) {
     const auto signature = file.read_first(raw_signature_size);
     if (!signature.empty())
         static_cast<void>(recognise_raw_format(signature));
@@ -127,7 +128,8 @@ eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
         handle_table& handles = running_session().handles;
-        *image = handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
+        const large_block contents = read_raw_file(handles.find<input_stream>(stream).file);
+        *image = handles.make<raw_image>(contents.inq_bytes());
     });
 }
 

@@ -5,7 +5,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
-#include <span>
 
 namespace sdk_open {
 namespace {
@@ -54,30 +53,34 @@ input_file::input_file(const std::string& path) : m_file(system_calls::open_for_
     }
 }
 
-std::vector<std::byte> input_file::read_first(std::size_t count) const {
-    std::vector<std::byte> contents(count);
+// From the file's start on; answers how many bytes there were.
+std::size_t input_file::fill(std::span<std::byte> target) const {
     std::size_t filled = 0;
-    while (filled < count) {
-        const auto added =
-            system_calls::read_some_at(m_file.inq(), filled, std::span(contents).subspan(filled));
+    while (filled < target.size()) {
+        const auto added = system_calls::read_some_at(m_file.inq(), filled, target.subspan(filled));
         if (added < 0)
             throw_cannot_read(errno);
         if (added == 0)
             break;
         filled += static_cast<std::size_t>(added);
     }
-    contents.resize(filled);
+    return filled;
+}
+
+std::vector<std::byte> input_file::read_first(std::size_t count) const {
+    std::vector<std::byte> contents(count);
+    contents.resize(fill(contents));
     return contents;
 }
 
-std::vector<std::byte> input_file::read_whole() const {
+large_block input_file::read_whole() const {
     const std::uint64_t size = checked_status(m_file).size;
     if (size == 0)
         throw failure(error_code_t::not_a_raw_picture, "the file is empty");
     if (size > largest_input)
         throw failure(error_code_t::not_supported, "the file is larger than 1 GiB");
-    auto contents = read_first(size);
-    if (contents.size() < size)
+    large_block contents(size);
+    if (fill(contents.inq_bytes()) < size)
         throw failure(error_code_t::cannot_open_input, "the file became shorter while it was read");
     return contents;
 }

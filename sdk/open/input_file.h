@@ -1,9 +1,11 @@
 #pragma once
 
 #include "sdk/open/file_descriptor.h"
+#include "sdk/open/large_block.h"
 #include "sdk/open/system_calls.h"
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -21,11 +23,13 @@ public:
 
     // The whole contents. Throws failure where reading fails, the file is empty or it is larger than any raw
     // picture.
-    [[nodiscard]] std::vector<std::byte> read_whole() const;
+    [[nodiscard]] large_block read_whole() const;
 
     [[nodiscard]] const system_calls::file_identity& inq_identity() const noexcept { return m_identity; }
 
 private:
+    [[nodiscard]] std::size_t fill(std::span<std::byte> target) const;
+
     file_descriptor m_file;
     system_calls::file_identity m_identity{};
 };

@@ -1,7 +1,10 @@
 #include "sdk/open/own_decoder_libraw.h"
 
+#include "sdk/open/system_calls.h"
+
 #include <cstddef>
 #include <new>
+#include <span>
 #include <utility>
 
 namespace sdk_open {
@@ -32,7 +35,9 @@ void own_decoder_libraw::decode_mosaic() const {
     if (imgdata.rawdata.raw_image == nullptr)
         throw std::bad_alloc();
     const std::size_t count = std::size_t{sizes.raw_width} * sizes.raw_height;
-    m_decode({{imgdata.rawdata.raw_image, count}, sizes.raw_width, sizes.raw_height});
+    const std::span samples(imgdata.rawdata.raw_image, count);
+    system_calls::prefer_large_pages(std::as_writable_bytes(samples));
+    m_decode({samples, sizes.raw_width, sizes.raw_height});
 }
 
 } // namespace sdk_open

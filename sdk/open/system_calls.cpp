@@ -3,6 +3,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <memory>
+#include <sys/mman.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -101,6 +103,15 @@ int rename_over(const std::string& from, const std::string& to) noexcept {
 
 int remove_file(const std::string& path) noexcept {
     return ::unlink(path.c_str());
+}
+
+// The advice is for whole pages; those that lie wholly in the memory are enough, and none is no loss.
+void prefer_large_pages(std::span<std::byte> memory) noexcept {
+    constexpr std::size_t page = 4096;
+    void* first = memory.data();
+    std::size_t size = memory.size();
+    if (std::align(page, page, first, size) != nullptr)
+        ::madvise(first, size / page * page, MADV_HUGEPAGE);
 }
 
 int random_bytes(std::span<std::byte> target) noexcept {

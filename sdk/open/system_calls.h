@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-// Every call that sdk/open makes to the file system, in one place, so that a build that injects faults needs
+// Every call that sdk/open makes to the system, in one place, so that a build that injects faults needs
 // to replace one source file. Each answers as the system does: a failed call returns -1 (or false) and sets
 // errno. Interrupted calls are repeated here.
 namespace sdk_open::system_calls {
@@ -59,6 +59,9 @@ int close_file(int descriptor) noexcept;
 
 [[nodiscard]] int rename_over(const std::string& from, const std::string& to) noexcept;
 int remove_file(const std::string& path) noexcept;
+
+// Memory that is about to be filled as a whole comes in fewer and larger pages, where the system has them.
+void prefer_large_pages(std::span<std::byte> memory) noexcept;
 
 [[nodiscard]] int random_bytes(std::span<std::byte> target) noexcept;
 

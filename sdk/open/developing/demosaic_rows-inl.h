@@ -134,9 +134,6 @@ struct direction_weights {
 // everywhere.
 inline void find_green(const green_input& in, const direction_weights& weights, float* differences,
                        std::ptrdiff_t first, std::ptrdiff_t last) {
-    // Of a middle sample and those behind it, nearest first.
-    constexpr std::array<float, half_line> line_weights{4.0F / 14, 4.0F / 14, 3.0F / 14, 2.0F / 14,
-                                                        1.0F / 14};
     // Keeps weights even where nothing varies but noise.
     const tones_t least_gradient = all(0.12F);
     for_columns(first, last, [&](std::ptrdiff_t x) {
@@ -166,11 +163,14 @@ inline void find_green(const green_input& in, const direction_weights& weights, 
         const tones_t scale = hn::Div(
             all(1.0F), hn::Add(hn::Add(left_weight, right_weight), hn::Add(above_weight, below_weight)));
 
-        const auto line = [&](auto sample) {
-            tones_t sum = hn::Mul(sample(0), all(line_weights[0]));
-            for (int distance = 1; distance < half_line; ++distance)
-                sum = hn::Add(sum,
-                              hn::Mul(sample(distance), all(line_weights[static_cast<unsigned>(distance)])));
+        // Weights of 4, 4, 3, 2 and 1 for the middle sample and those behind it.
+        const auto line = [](auto sample) {
+            tones_t run = hn::Add(sample(0), sample(1));
+            tones_t sum = run;
+            for (int distance = 2; distance < half_line; ++distance) {
+                run = hn::Add(run, sample(distance));
+                sum = hn::Add(sum, run);
+            }
             return sum;
         };
         const auto in_row = [&](int offset) { return load(in.row_differences + x + offset); };
@@ -184,7 +184,8 @@ inline void find_green(const green_input& in, const direction_weights& weights, 
                              hn::Mul(above_weight, line([&](int distance) { return in_column(-distance); })));
         difference = hn::Add(difference,
                              hn::Mul(below_weight, line([&](int distance) { return in_column(distance); })));
-        hn::StoreU(hn::Mul(difference, scale), lanes_t(), differences + x);
+        constexpr float line_weights = 4 + 4 + 3 + 2 + 1;
+        hn::StoreU(hn::Mul(difference, hn::Mul(scale, all(1 / line_weights))), lanes_t(), differences + x);
         hn::StoreU(hn::Mul(left_weight, scale), lanes_t(), weights.left + x);
         hn::StoreU(hn::Mul(right_weight, scale), lanes_t(), weights.right + x);
         hn::StoreU(hn::Mul(above_weight, scale), lanes_t(), weights.above + x);
@@ -240,19 +241,37 @@ inline tones_t median3(tones_t a, tones_t b, tones_t c) {
     return hn::Max(hn::Min(a, b), hn::Min(hn::Max(a, b), c));
 }
 
-// The median of the 3x3 values around each column. rows: -1 to 1 around this one.
-inline tones_t median_at(const std::array<const float*, 3>& rows, std::ptrdiff_t x) {
-    const auto sorted = [&](std::ptrdiff_t column) {
-        const tones_t a = load(rows[0] + column);
-        const tones_t b = load(rows[1] + column);
-        const tones_t c = load(rows[2] + column);
-        return std::array{hn::Min(hn::Min(a, b), c), median3(a, b, c), hn::Max(hn::Max(a, b), c)};
+// Each column's values in three rows, put in order.
+struct sorted_rows {
+    float* least;
+    float* middle;
+    float* most;
+};
+
+inline void sort_columns(const std::array<const float*, 3>& rows, const sorted_rows& sorted,
+                         std::ptrdiff_t first, std::ptrdiff_t last) {
+    for_columns(first, last, [&](std::ptrdiff_t x) {
+        const tones_t a = load(rows[0] + x);
+        const tones_t b = load(rows[1] + x);
+        const tones_t c = load(rows[2] + x);
+        const tones_t lower = hn::Min(a, b);
+        const tones_t upper = hn::Max(a, b);
+        hn::StoreU(hn::Min(lower, c), lanes_t(), sorted.least + x);
+        hn::StoreU(hn::Max(lower, hn::Min(upper, c)), lanes_t(), sorted.middle + x);
+        hn::StoreU(hn::Max(upper, c), lanes_t(), sorted.most + x);
+    });
+}
+
+// The median of the 3x3 values around a column.
+inline tones_t median_at(const sorted_rows& sorted, std::ptrdiff_t x) {
+    const auto around = [x](const float* row) {
+        return std::array{load(row + x - 1), load(row + x), load(row + x + 1)};
     };
-    const auto before = sorted(x - 1);
-    const auto here = sorted(x);
-    const auto after = sorted(x + 1);
-    return median3(hn::Max(hn::Max(before[0], here[0]), after[0]), median3(before[1], here[1], after[1]),
-                   hn::Min(hn::Min(before[2], here[2]), after[2]));
+    const auto [least1, least2, least3] = around(sorted.least);
+    const auto [middle1, middle2, middle3] = around(sorted.middle);
+    const auto [most1, most2, most3] = around(sorted.most);
+    return median3(hn::Max(hn::Max(least1, least2), least3), median3(middle1, middle2, middle3),
+                   hn::Min(hn::Min(most1, most2), most3));
 }
 
 } // namespace sdk_open::HWY_NAMESPACE

@@ -98,8 +98,10 @@ void light_row(planes_t& planes, int row, int columns, const cfa_phase& phase,
                const std::array<std::uint16_t*, 3>& light) {
     const float* const tones = planes.tones[row];
     const float* const differences = planes.differences[row];
-    const auto reds = rows_around<-1, 0, 1>(planes.red_differences, row);
-    const auto blues = rows_around<-1, 0, 1>(planes.blue_differences, row);
+    const sorted_rows reds{planes.sorted_reds[0], planes.sorted_reds[1], planes.sorted_reds[2]};
+    const sorted_rows blues{planes.sorted_blues[0], planes.sorted_blues[1], planes.sorted_blues[2]};
+    sort_columns(rows_around<-1, 0, 1>(planes.red_differences, row), reds, -1, columns + 1);
+    sort_columns(rows_around<-1, 0, 1>(planes.blue_differences, row), blues, -1, columns + 1);
     const hn::RebindToSigned<lanes_t> integers;
     const hn::Rebind<std::uint16_t, lanes_t> values;
     for_columns(0, columns, [&](std::ptrdiff_t x) {
@@ -113,9 +115,8 @@ void light_row(planes_t& planes, int row, int columns, const cfa_phase& phase,
             const tones_t sum =
                 hn::Add(hn::Add(hn::Mul(camera[0], all(weights[0])), hn::Mul(camera[1], all(weights[1]))),
                         hn::Mul(camera[2], all(weights[2])));
-            const tones_t scaled = hn::Add(hn::Mul(sum, all(65535.0F)), all(0.5F));
-            const tones_t held = hn::Min(hn::Max(scaled, hn::Zero(lanes_t())), all(65535.0F));
-            hn::StoreU(hn::DemoteTo(values, hn::ConvertTo(integers, held)), values, light[out] + x);
+            const tones_t scaled = hn::Add(hn::Mul(sum, all(65535.0F)), all(0.5F)); // rounded when it is cut
+            hn::StoreU(hn::DemoteTo(values, hn::ConvertTo(integers, scaled)), values, light[out] + x);
         }
     });
 }
@@ -157,7 +158,9 @@ stripe_developer::planes_t::planes_t(std::size_t row_size)
       differences(row_size, margin),
       crossed_differences(row_size, margin),
       red_differences(row_size, margin),
-      blue_differences(row_size, margin) {}
+      blue_differences(row_size, margin),
+      sorted_reds(row_size, margin),
+      sorted_blues(row_size, margin) {}
 
 stripe_developer::stripe_developer(const development& shared)
     : m_shared(shared), m_planes(most_columns + 2 * margin + longest_vector), m_light{} {}

@@ -50,6 +50,8 @@ public:
         picture_rows<4> crossed_differences;
         picture_rows<4> red_differences;
         picture_rows<4> blue_differences;
+        picture_rows<4> sorted_reds;
+        picture_rows<4> sorted_blues;
     };
 
 private:
