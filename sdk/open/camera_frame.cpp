@@ -12,7 +12,7 @@ mosaic_area visible_area(const libraw_image_sizes_t& sizes) noexcept {
 } // namespace
 
 mosaic_area find_camera_frame(const libraw_data_t& data) {
-    const libraw_image_sizes_t& sizes = data.rawdata.sizes;
+    const libraw_image_sizes_t& sizes = data.sizes;
     const libraw_canon_makernotes_t& camera = data.makernotes.canon;
     constexpr int least_size = 64; // no camera's picture is smaller, and demosaicing wants some room
     const int left = camera.SensorLeftBorder;
@@ -31,7 +31,7 @@ mosaic_area find_camera_frame(const libraw_data_t& data) {
 
 mosaic_area find_lit_area(const libraw_data_t& data) {
     const mosaic_area frame = find_camera_frame(data);
-    const mosaic_area visible = visible_area(data.rawdata.sizes);
+    const mosaic_area visible = visible_area(data.sizes);
     const unsigned left = std::min(frame.left, visible.left);
     const unsigned top = std::min(frame.top, visible.top);
     const unsigned right = std::max(frame.inq_right(), visible.inq_right());

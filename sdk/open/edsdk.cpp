@@ -128,8 +128,7 @@ eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
         handle_table& handles = running_session().handles;
-        const large_block contents = read_raw_file(handles.find<input_stream>(stream).file);
-        *image = handles.make<raw_image>(contents.inq_bytes());
+        *image = handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
     });
 }
 
@@ -143,7 +142,8 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         const handle_table& handles = running_session().handles;
         auto& source = handles.find<raw_image>(image);
         auto& file = handles.find<output_stream>(stream).file;
-        write_tiff(file, developed_picture(source.decoder), source.metadata);
+        developed_picture picture(source.decoder);
+        write_tiff(file, picture, source.metadata);
         file.commit();
     });
 }

@@ -2,13 +2,12 @@
 
 #include "conversion/edsdk.h"
 #include "sdk/open/input_file.h"
+#include "sdk/open/large_block.h"
 #include "sdk/open/output_file.h"
 #include "sdk/open/picture_metadata.h"
 #include "sdk/open/raw_decoder.h"
 #include "sdk/open/system_calls.h"
 
-#include <cstddef>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -36,10 +35,13 @@ struct output_stream final : __EdsObject {
     output_file file;
 };
 
-// A raw picture, decoded and ready to be developed.
+// A raw picture, identified and ready to be decoded and developed.
 struct raw_image final : __EdsObject {
-    explicit raw_image(std::span<const std::byte> bytes)
-        : decoder(bytes), metadata(collect_metadata(bytes, decoder.inq_data())) {}
+    explicit raw_image(large_block file)
+        : contents(std::move(file)),
+          decoder(contents.inq_bytes()),
+          metadata(collect_metadata(contents.inq_bytes(), decoder.inq_data())) {}
+    large_block contents;
     raw_decoder decoder;
     picture_metadata metadata;
 };

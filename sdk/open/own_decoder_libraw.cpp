@@ -2,6 +2,7 @@
 
 #include "sdk/open/system_calls.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <new>
 #include <span>
@@ -16,6 +17,15 @@ int own_decoder_libraw::unpack_with(decoder decode) {
     if (m_problem)
         std::rethrow_exception(std::exchange(m_problem, nullptr));
     return answer;
+}
+
+// LibRaw works out where the borders lie along with the level.
+bool own_decoder_libraw::learns_levels_left_of(unsigned column) {
+    crop_masked_pixels();
+    return std::ranges::all_of(imgdata.sizes.mask, [column](const auto& border) {
+        const auto [top, left, bottom, right] = border;
+        return top >= bottom || left >= right || right <= static_cast<int>(column);
+    });
 }
 
 // LibRaw calls this in place of a decoder of its own; which one that was tells it later where the mosaic's

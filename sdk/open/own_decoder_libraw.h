@@ -20,6 +20,10 @@ public:
     // std::bad_alloc where there is no memory for the mosaic.
     int unpack_with(decoder decode);
 
+    // While the decoder runs: learns the black level from the mosaic's masked borders, if all of them lie
+    // left of a column. Up to there every row must be complete.
+    bool learns_levels_left_of(unsigned column);
+
 private:
     using load_function = void (LibRaw::*)();
 

@@ -88,6 +88,11 @@ unsigned pixel_data::inq_precision() const {
     return std::visit([](const auto& stored) { return stored.inq_precision(); }, m_stored);
 }
 
+unsigned pixel_data::inq_first_column_of_last_slice() const {
+    const auto* const stored = std::get_if<cr2_mosaic>(&m_stored);
+    return stored != nullptr ? stored->slices.count * stored->slices.width : 0;
+}
+
 void pixel_data::decode(const mosaic_buffer& target, const rows_listener& on_rows) const {
     std::visit([&](const auto& stored) { decode_mosaic(stored, target, on_rows); }, m_stored);
 }

@@ -22,6 +22,9 @@ public:
     // Bits per sample.
     [[nodiscard]] unsigned inq_precision() const;
 
+    // Columns before this one are complete when the first row is; 0 where all columns come together.
+    [[nodiscard]] unsigned inq_first_column_of_last_slice() const;
+
     // Decodes all samples. Throws failure(damaged_picture) where the data are damaged, and std::bad_alloc.
     // The file's bytes must still be there.
     void decode(const mosaic_buffer& target, const rows_listener& on_rows) const;

@@ -1,7 +1,6 @@
 #include "sdk/open/raw_decoder.h"
 
 #include "sdk/open/failure.h"
-#include "sdk/open/pixel_data.h"
 #include "sdk/open/raw_format.h"
 
 #include <algorithm>
@@ -43,25 +42,51 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
 
 } // namespace
 
+// LibRaw takes the bytes as writable and writes nothing.
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
-    : m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
+    : m_stream(const_cast<std::byte*>(bytes.data()), bytes.size()), // NOLINT
+      m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
                                                     LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
     static_cast<void>(recognise_raw_format(bytes));
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
-    // LibRaw takes the bytes as writable and writes nothing.
-    LibRaw_buffer_datastream stream(const_cast<std::byte*>(bytes.data()), bytes.size()); // NOLINT
-    check(m_libraw->open_datastream(&stream));
-    const pixel_data stored(bytes, *m_libraw);
-    check(m_libraw->unpack_with(
-        [&stored](const mosaic_buffer& target) { stored.decode(target, [](unsigned) {}); }));
-    correct_white_level(m_libraw->imgdata.rawdata.color, stored.inq_precision());
-    m_libraw->get_internal_data_pointer()->internal_data.input = nullptr; // the stream ends here
+    check(m_libraw->open_datastream(&m_stream));
+    m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
+}
+
+void raw_decoder::decode(const rows_listener& on_rows) {
+    if (m_stored != nullptr) {
+        check(m_libraw->unpack_with([&](const mosaic_buffer& target) { decode_into(target, on_rows); }));
+        correct_white_level(m_libraw->imgdata.color, m_stored->inq_precision());
+        m_stored.reset();
+    }
+    on_rows(inq_mosaic().height);
+}
+
+// Rows are worth nothing without the black level. Where LibRaw can learn it from masked borders that are
+// complete, because they lie in slices before the last one, the rest need not be waited for.
+void raw_decoder::decode_into(const mosaic_buffer& target, const rows_listener& on_rows) {
+    bool knows_levels = false;
+    m_stored->decode(target, [&](unsigned rows) {
+        if (rows == 0 || rows == target.height)
+            return;
+        if (!knows_levels) {
+            if (!m_libraw->learns_levels_left_of(m_stored->inq_first_column_of_last_slice()))
+                return;
+            correct_white_level(m_libraw->imgdata.color, m_stored->inq_precision());
+            knows_levels = true;
+        }
+        on_rows(rows);
+    });
+}
+
+bool raw_decoder::knows_colours() const noexcept {
+    return m_libraw->get_internal_data_pointer()->internal_output_params.raw_color == 0;
 }
 
 mosaic_view raw_decoder::inq_mosaic() const noexcept {
-    const auto& rawdata = inq_data().rawdata;
-    const std::size_t count = std::size_t{rawdata.sizes.raw_width} * rawdata.sizes.raw_height;
-    return {{rawdata.raw_image, count}, rawdata.sizes.raw_width, rawdata.sizes.raw_height};
+    const auto& sizes = inq_data().sizes;
+    const std::size_t count = std::size_t{sizes.raw_width} * sizes.raw_height;
+    return {{inq_data().rawdata.raw_image, count}, sizes.raw_width, sizes.raw_height};
 }
 
 } // namespace sdk_open

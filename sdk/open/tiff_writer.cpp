@@ -87,7 +87,7 @@ public:
 
     // The directories of fields come first, right behind the header of the file: then the picture's own,
     // which libtiff puts at the end, can say where they are.
-    void write(const developed_picture& picture, const picture_metadata& metadata) {
+    void write(developed_picture& picture, const picture_metadata& metadata) {
         describe_pixels(picture);
         describe_origin(metadata);
         set(TIFFTAG_EXIFIFD, append_directory(exif_fields(picture, metadata.exif)));
@@ -167,7 +167,7 @@ private:
         set_text(TIFFTAG_COPYRIGHT, metadata.copyright);
     }
 
-    void write_pixels(const developed_picture& picture) {
+    void write_pixels(developed_picture& picture) {
         const std::size_t strip_length =
             std::size_t{picture.inq_width()} * developed_picture::channels * m_rows_per_strip;
         std::uint32_t number = 0;
@@ -189,7 +189,7 @@ private:
 
 } // namespace
 
-void write_tiff(output_file& file, const developed_picture& picture, const picture_metadata& metadata) {
+void write_tiff(output_file& file, developed_picture& picture, const picture_metadata& metadata) {
     tiff_writer(file).write(picture, metadata);
 }
 

@@ -6,11 +6,15 @@
 #include <vector>
 
 namespace sdk_open {
+namespace {
+
+// Ends the work of a thread when another has a problem.
+struct stopped {};
+
+} // namespace
 
 void band_team::run(unsigned workers, unsigned bands) {
     m_bands = bands;
-    m_next_band = 0;
-    m_handed_on = 0;
     std::vector<std::jthread> others;
     others.reserve(workers);
     try {
@@ -25,31 +29,50 @@ void band_team::run(unsigned workers, unsigned bands) {
         std::rethrow_exception(m_problem);
 }
 
+void band_team::announce(unsigned bands) {
+    raise(m_announced, bands);
+}
+
 void band_team::work(unsigned worker) noexcept {
     try {
-        for (unsigned band = m_next_band++; band < m_bands; band = m_next_band++)
+        if (worker == 0)
+            m_bring();
+        for (unsigned band = take_band(); band < m_bands; band = take_band())
             work_on(worker, band);
+    } catch (const stopped&) {
+        // The problem is another thread's.
     } catch (...) {
         const std::scoped_lock lock(m_mutex);
         if (!m_problem)
             m_problem = std::current_exception();
-        m_next_band = m_bands;
-        m_turn.notify_all();
+        m_changed.notify_all();
     }
 }
 
 void band_team::work_on(unsigned worker, unsigned band) {
+    wait_until_at_least(m_announced, band + 1);
     m_make(worker, band);
-    {
-        std::unique_lock lock(m_mutex);
-        m_turn.wait(lock, [&] { return m_handed_on == band || m_problem; });
-        if (m_problem)
-            return;
-    }
+    wait_until_at_least(m_handed_on, band);
     m_hand_on(worker, band);
+    raise(m_handed_on, band + 1);
+}
+
+unsigned band_team::take_band() {
     const std::scoped_lock lock(m_mutex);
-    ++m_handed_on;
-    m_turn.notify_all();
+    return m_taken++;
+}
+
+void band_team::wait_until_at_least(const unsigned& count, unsigned wanted) {
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [&] { return count >= wanted || m_problem; });
+    if (m_problem)
+        throw stopped();
+}
+
+void band_team::raise(unsigned& count, unsigned value) {
+    const std::scoped_lock lock(m_mutex);
+    count = value;
+    m_changed.notify_all();
 }
 
 unsigned inq_worker_count() noexcept {

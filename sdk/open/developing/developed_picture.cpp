@@ -82,8 +82,9 @@ private:
     std::vector<std::uint16_t> m_values;
 };
 
-developed_picture::developed_picture(const raw_decoder& decoder)
-    : m_development(make_development(decoder)),
+developed_picture::developed_picture(raw_decoder& decoder)
+    : m_decoder(decoder),
+      m_development(decoder),
       m_frame(find_camera_frame(decoder.inq_data())),
       m_flip(static_cast<unsigned>(decoder.inq_data().sizes.flip)),
       m_width(m_frame.width),
@@ -92,7 +93,7 @@ developed_picture::developed_picture(const raw_decoder& decoder)
         std::swap(m_width, m_height);
 }
 
-void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) const {
+void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) {
     const unsigned band_rows = std::max(rows_of_a_band / rows_per_piece, 1U) * rows_per_piece;
     const unsigned bands = (m_height + band_rows - 1) / band_rows;
     const unsigned useful_workers = std::min(workers, bands);
@@ -100,9 +101,28 @@ void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const
     makers.reserve(useful_workers);
     for (unsigned worker = 0; worker < useful_workers; ++worker)
         makers.emplace_back(*this, band_rows);
-    band_team team([&](unsigned worker, unsigned band) { makers[worker].make(band); },
+
+    const auto bring = [&](band_team& team) {
+        m_decoder.decode([&](unsigned mosaic_rows) {
+            if (!m_development.tones)
+                m_development.learn_mosaic(m_decoder);
+            team.announce(bands_within(mosaic_rows, band_rows));
+        });
+    };
+    band_team team([&] { bring(team); }, [&](unsigned worker, unsigned band) { makers[worker].make(band); },
                    [&](unsigned worker, unsigned) { take(makers[worker].inq_values()); });
     team.run(useful_workers, bands);
+}
+
+// How many bands, from the top, can be made of the first rows of the mosaic.
+unsigned developed_picture::bands_within(unsigned mosaic_rows, unsigned band_rows) const noexcept {
+    const unsigned bands = (m_height + band_rows - 1) / band_rows;
+    if (mosaic_rows >= m_development.mosaic.height)
+        return bands;
+    const unsigned needed_beside = m_frame.top + stripe_developer::rows_ahead;
+    if ((m_flip & (columns_become_rows | upside_down)) != 0 || mosaic_rows <= needed_beside)
+        return 0;
+    return std::min((mosaic_rows - needed_beside) / band_rows, bands);
 }
 
 } // namespace sdk_open

@@ -19,21 +19,26 @@ public:
     // thread, but never twice at a time.
     using rows_taker = std::function<void(std::span<std::uint16_t> values)>;
 
-    // The decoder must outlive the picture. Throws what make_development() throws.
-    explicit developed_picture(const raw_decoder& decoder);
+    // The decoder must outlive the picture. Throws failure where the camera's colours are not known, and
+    // std::bad_alloc.
+    explicit developed_picture(raw_decoder& decoder);
 
     // In pixels.
     [[nodiscard]] unsigned inq_width() const noexcept { return m_width; }
     [[nodiscard]] unsigned inq_height() const noexcept { return m_height; }
 
-    // Develops the picture with at most so many threads, the calling one included, and hands it on in pieces
-    // of a multiple of rows_per_piece rows; the last piece may be shorter. The values do not depend on the
-    // number of threads. Throws std::bad_alloc, and what the taker throws.
-    void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) const;
+    // Decodes and develops with at most so many threads, the calling one included, and hands the picture on
+    // in pieces of a multiple of rows_per_piece rows; the last piece may be shorter. The values do not depend
+    // on the number of threads. Throws failure where the pixel data are damaged, std::bad_alloc, and what the
+    // taker throws.
+    void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take);
 
 private:
     class band_maker;
 
+    [[nodiscard]] unsigned bands_within(unsigned mosaic_rows, unsigned band_rows) const noexcept;
+
+    raw_decoder& m_decoder;
     development m_development;
     mosaic_area m_frame;
     unsigned m_flip; // three bits: 4 swaps columns and rows, then 2 turns upside down and 1 mirrors

@@ -28,20 +28,20 @@ bool is_bayer(const pattern_t& pattern) noexcept {
     return is_green_first || is_green_second;
 }
 
-pattern_t find_pattern(const libraw_rawdata_t& raw, const mosaic_area& lit) {
+pattern_t find_pattern(const raw_decoder& decoder, const mosaic_area& lit) {
+    const libraw_data_t& data = decoder.inq_data();
     const unsigned filters =
-        move_filters(raw.iparams.filters, static_cast<int>(lit.left) - raw.sizes.left_margin,
-                     static_cast<int>(lit.top) - raw.sizes.top_margin);
+        move_filters(data.idata.filters, static_cast<int>(lit.left) - data.sizes.left_margin,
+                     static_cast<int>(lit.top) - data.sizes.top_margin);
     const pattern_t pattern{filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
                             filter_at(filters, 1, 1)};
-    if (raw.ioparams.raw_color != 0 || raw.iparams.colors != 3 || !is_bayer(pattern))
+    if (!decoder.knows_colours() || data.idata.colors != 3 || !is_bayer(pattern))
         throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
     return pattern;
 }
 
 // The factors of the colours, the least of them 1. Without the camera's own those for daylight.
-balance_t find_balance(const libraw_rawdata_t& raw) {
-    const libraw_colordata_t& color = raw.color;
+balance_t find_balance(const libraw_colordata_t& color) {
     const bool is_as_shot = color.cam_mul[red] > 0 && color.cam_mul[blue] > 0;
     balance_t balance;
     std::ranges::copy(is_as_shot ? color.cam_mul : color.pre_mul, balance.begin());
@@ -56,9 +56,8 @@ balance_t find_balance(const libraw_rawdata_t& raw) {
     return balance;
 }
 
-tone_tables make_tones(const libraw_rawdata_t& raw, const pattern_t& pattern) {
-    const libraw_colordata_t& color = raw.color;
-    const balance_t balance = find_balance(raw);
+tone_tables make_tones(const libraw_colordata_t& color, const pattern_t& pattern) {
+    const balance_t balance = find_balance(color);
     const std::span channel_blacks(color.cblack, filter_colours);
     const auto range =
         static_cast<std::int64_t>(color.maximum) - color.black - std::ranges::min(channel_blacks);
@@ -74,15 +73,17 @@ tone_tables make_tones(const libraw_rawdata_t& raw, const pattern_t& pattern) {
 
 } // namespace
 
-development make_development(const raw_decoder& decoder) {
-    const libraw_rawdata_t& raw = decoder.inq_data().rawdata;
-    const mosaic_area lit = find_lit_area(decoder.inq_data());
-    const pattern_t pattern = find_pattern(raw, lit);
-    const cfa_phase phase{is_green(pattern[0]), pattern[0] == red || pattern[1] == red};
-    development made{decoder.inq_mosaic(), lit, phase, make_tones(raw, pattern), {}, make_srgb_curve()};
-    for (std::size_t out = 0; out < made.srgb_from_camera.size(); ++out)
-        std::copy_n(raw.color.rgb_cam[out], 3, made.srgb_from_camera[out].begin());
-    return made;
+development::development(const raw_decoder& decoder)
+    : lit(find_lit_area(decoder.inq_data())), curve(make_srgb_curve()) {
+    const pattern_t pattern = find_pattern(decoder, lit);
+    phase = {is_green(pattern[0]), pattern[0] == red || pattern[1] == red};
+    for (std::size_t out = 0; out < srgb_from_camera.size(); ++out)
+        std::copy_n(decoder.inq_data().color.rgb_cam[out], 3, srgb_from_camera[out].begin());
+}
+
+void development::learn_mosaic(const raw_decoder& decoder) {
+    mosaic = decoder.inq_mosaic();
+    tones.emplace(make_tones(decoder.inq_data().color, find_pattern(decoder, lit)));
 }
 
 } // namespace sdk_open

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace sdk_open {
@@ -22,17 +23,20 @@ struct cfa_phase {
 // All that turns a mosaic into colours: white balance as shot, no automatic brightening, clipped highlights
 // neutral.
 struct development {
-    mosaic_view mosaic;
-    mosaic_area lit;   // what of the mosaic was exposed; beyond its edges it goes on mirrored
-    cfa_phase phase;   // of the lit area
-    tone_tables tones; // for positions counted from the lit area's corner
+    // Knows all but what becomes known while the mosaic is decoded. Throws failure(not_supported) where the
+    // camera's colours are not known or its CFA is not one of red, green and blue, and std::bad_alloc.
+    explicit development(const raw_decoder& decoder);
+
+    // What is decoded, as far as it is there, with the levels that are known by now. Throws
+    // failure(damaged_picture) where the file's levels or its white balance cannot be, and std::bad_alloc.
+    void learn_mosaic(const raw_decoder& decoder);
+
+    mosaic_area lit; // what of the mosaic was exposed; beyond its edges it goes on mirrored
+    cfa_phase phase; // of the lit area
     std::array<std::array<float, 3>, 3> srgb_from_camera;
     std::vector<std::uint16_t> curve; // from linear light, 0 to 65535, to the coded value
+    mosaic_view mosaic{};
+    std::optional<tone_tables> tones; // for positions counted from the lit area's corner
 };
-
-// The decoder must outlive the answer. Throws failure(not_supported) where the camera's colours are not known
-// or its CFA is not one of red, green and blue, failure(damaged_picture) where the file's own levels cannot
-// be, and std::bad_alloc.
-[[nodiscard]] development make_development(const raw_decoder& decoder);
 
 } // namespace sdk_open

@@ -200,8 +200,8 @@ void stripe_developer::load_row(int row, int left, int columns) {
     const std::uint16_t* const samples =
         m_shared.mosaic.samples.data() + std::size_t{lit.top + source_row} * m_shared.mosaic.width + lit.left;
     const unsigned row_position = source_row % 2 * 2;
-    const std::array tables{m_shared.tones.inq_table(row_position),
-                            m_shared.tones.inq_table(row_position + 1)};
+    const std::array tables{m_shared.tones->inq_table(row_position),
+                            m_shared.tones->inq_table(row_position + 1)};
     const auto most = static_cast<std::uint16_t>(tables[0].size() - 1);
     float* const tones = m_planes.tones[row];
     const auto load = [&](std::ptrdiff_t x, std::ptrdiff_t column) {

@@ -22,7 +22,7 @@ TEST(camera_frame, is_what_the_camera_records_where_that_is_possible) {
     };
     for (const auto& row : rows) {
         const auto data = std::make_unique<libraw_data_t>();
-        auto& sizes = data->rawdata.sizes;
+        auto& sizes = data->sizes;
         auto& camera = data->makernotes.canon;
         std::tie(sizes.raw_width, sizes.raw_height, sizes.left_margin, sizes.top_margin, sizes.width,
                  sizes.height) = std::tuple(800, 600, 50, 40, 700, 500);

@@ -21,7 +21,8 @@ namespace {
 
 // FNV-1a over the samples, the low byte first.
 std::uint64_t mosaic_checksum(const std::string& file) {
-    const sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
+    sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
+    decoder.decode([](unsigned) {});
     std::uint64_t sum = 0xcbf29ce484222325;
     for (const unsigned sample : decoder.inq_mosaic().samples)
         for (const unsigned byte : {sample & 0xffU, sample >> 8})
@@ -106,27 +107,27 @@ TEST(picture, equals_the_truth) {
     }
 }
 
-std::vector<std::uint16_t> develop(const sdk_open::developed_picture& picture, unsigned workers) {
+std::vector<std::uint16_t> develop(const std::string& file, unsigned workers) {
+    sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
     std::vector<std::uint16_t> values;
-    picture.develop(workers, 7, [&](std::span<const std::uint16_t> rows) {
+    sdk_open::developed_picture(decoder).develop(workers, 7, [&](std::span<const std::uint16_t> rows) {
         values.insert(values.end(), rows.begin(), rows.end());
     });
     return values;
 }
 
 TEST(picture, is_the_same_with_any_number_of_threads_and_any_instruction_set) {
-    for (const char* const name : {"5d2_1comp.cr2", "7d_14bit_4comp_fixed_huffman.cr2"}) {
+    for (const char* const name :
+         {"40d_14bit_2comp_uneven_slices.cr2", "7d_14bit_4comp_fixed_huffman.cr2", "5d2_1comp.cr2"}) {
         const std::string file = read_file(sample(name));
-        const sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
-        const sdk_open::developed_picture picture(decoder);
-        const auto wanted = develop(picture, 1);
-        EXPECT_EQ(wanted.size(), std::size_t{3} * picture.inq_width() * picture.inq_height());
+        const auto wanted = develop(file, 1);
+        EXPECT_FALSE(wanted.empty());
         for (const unsigned workers : {2U, 3U, 8U})
-            EXPECT_TRUE(develop(picture, workers) == wanted) << workers;
+            EXPECT_TRUE(develop(file, workers) == wanted) << workers;
         for (std::int64_t left = hwy::SupportedTargets(); left != 0; left &= left - 1) {
             hwy::SetSupportedTargetsForTest(left & -left);
             hwy::GetChosenTarget().DeInit();
-            EXPECT_TRUE(develop(picture, 1) == wanted) << hwy::TargetName(left & -left);
+            EXPECT_TRUE(develop(file, 1) == wanted) << hwy::TargetName(left & -left);
         }
         hwy::SetSupportedTargetsForTest(0);
         hwy::GetChosenTarget().DeInit();
@@ -135,14 +136,13 @@ TEST(picture, is_the_same_with_any_number_of_threads_and_any_instruction_set) {
 
 TEST(picture, ends_with_the_first_failure_of_its_taker) {
     const std::string file = read_file(sample("5d2_1comp.cr2"));
-    const sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
-    const sdk_open::developed_picture picture(decoder);
+    sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
     unsigned taken = 0;
     const auto take = [&](std::span<const std::uint16_t>) {
         if (++taken == 2)
             throw std::runtime_error("full");
     };
-    EXPECT_THROW(picture.develop(3, 1, take), std::runtime_error);
+    EXPECT_THROW(sdk_open::developed_picture(decoder).develop(3, 1, take), std::runtime_error);
     EXPECT_EQ(taken, 2U);
 }
 
