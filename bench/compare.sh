@@ -35,6 +35,9 @@ mapfile -t raws < <(realpath -ms -- "$@")
 
 . "$(dirname "$0")/../scripts/lib.sh"
 
+# The folder's name tells files of the same name apart.
+name_of() { printf '%s/%s\n' "$(basename "$(dirname "$1")")" "$(basename "$1")"; }
+
 root=$PWD
 program=${program:-$root/build/release/cli/raw-to-tiff}
 tools=(hyperfine time python3-numpy python3-tifffile)
@@ -46,6 +49,8 @@ peers=(libraw-bin dcraw rawtherapee darktable graphicsmagick)
 for raw in "${raws[@]}"; do
     [ -f "$raw" ] || fail "there is no raw file $raw"
 done
+twins=$(for raw in "${raws[@]}"; do name_of "$raw"; done | sort | uniq -d)
+[ -z "$twins" ] || fail "two raw files would both be called" $twins
 for tool in hyperfine /usr/bin/time bench/quality.py; do
     command -v "$tool" >/dev/null || fail "$tool is missing: bench/compare.sh --install installs it"
 done
@@ -70,7 +75,7 @@ note() {
     printf '%s\n' "$*" >>"$results/notes"
 }
 
-# Every command turns the picture $raw_link into picture.tiff; it is run in a folder of its own.
+# Every command turns $picture into picture.tif, or picture.tiff where a converter names it so.
 declare -a labels commands
 
 # add LABEL COMMAND [ARGUMENT ...]
@@ -100,32 +105,32 @@ write_rawtherapee_profiles() {
 list_commands() {
     local quality
     local as_shot=(-w -W -o 1 -g 2.4 12.92 -T -6)
-    local rawtherapee=(rawtherapee-cli -q -Y -t -b16 -o picture.tiff)
-    local darktable=(darktable-cli "$raw_link" picture.tiff --core --disable-opencl --library :memory:
+    local rawtherapee=(rawtherapee-cli -q -Y -t -b16 -o picture.tif)
+    local darktable=(darktable-cli "$picture" picture.tif --core --disable-opencl --library :memory:
         --conf write_sidecar_files=never --conf plugins/imageio/format/tiff/bpp=16
         --conf plugins/imageio/format/tiff/compress=0)
     labels=() commands=()
-    add "raw-to-tiff" "$program" "$raw_link" picture.tiff
-    add "raw-to-tiff, one core" taskset -c "$first_core" "$program" "$raw_link" picture.tiff
+    add "raw-to-tiff" "$program" "$picture" picture.tif
+    add "raw-to-tiff, one core" taskset -c "$first_core" "$program" "$picture" picture.tif
     for quality in 0 2 3 4 11 12; do
-        add_peer "dcraw_emu -q $quality" dcraw_emu "${as_shot[@]}" -c 0 -q $quality -Z picture.tiff "$raw_link"
+        add_peer "dcraw_emu -q $quality" dcraw_emu "${as_shot[@]}" -c 0 -q $quality -Z picture.tif "$picture"
     done
     for quality in 0 3; do
-        add_peer "dcraw -q $quality" dcraw "${as_shot[@]}" -q $quality "$raw_link"
+        add_peer "dcraw -q $quality" dcraw "${as_shot[@]}" -q $quality "$picture"
     done
-    add_peer "RawTherapee" "${rawtherapee[@]}" -d -c "$raw_link"
-    add_peer "RawTherapee RCD" "${rawtherapee[@]}" -p rcd.pp3 -c "$raw_link"
-    add_peer "RawTherapee AMaZE" "${rawtherapee[@]}" -p amaze.pp3 -c "$raw_link"
+    add_peer "RawTherapee" "${rawtherapee[@]}" -d -c "$picture"
+    add_peer "RawTherapee RCD" "${rawtherapee[@]}" -p rcd.pp3 -c "$picture"
+    add_peer "RawTherapee AMaZE" "${rawtherapee[@]}" -p amaze.pp3 -c "$picture"
     add_peer "darktable" "${darktable[@]}"
     add_peer "darktable, no tone curve" "${darktable[@]}" --conf plugins/darkroom/workflow=none
-    add_peer "GraphicsMagick" gm convert "$raw_link" -depth 16 picture.tiff
+    add_peer "GraphicsMagick" gm convert "$picture" -depth 16 picture.tif
 }
 
-# judge RAW LABEL: the four figures of picture.tiff, or four dashes where the truth is not known.
+# judge RAW LABEL: the four figures of picture.tif, or four dashes where the truth is not known.
 judge() {
     local truth=${1%.*}.truth.tif figures
     if [ -f "$truth" ]; then
-        if figures=$("$root/bench/quality.py" "$truth" picture.tiff 2>reason); then
+        if figures=$("$root/bench/quality.py" "$truth" picture.tif 2>reason); then
             printf '%s\n' "$figures"
             return
         fi
@@ -134,18 +139,24 @@ judge() {
     printf -- '-\t-\t-\t-\n'
 }
 
-# try_out RAW FOLDER: runs every command once, which also fills the caches. It drops what fails, takes down the peak
-# memory of the largest process in KiB, and judges the pictures.
+# run_once COMMAND: takes down the peak memory of its largest process, in KiB. It fails where no picture comes of it.
+run_once() {
+    rm -f picture.tif picture.tiff
+    /usr/bin/time -q -f %M -o peak sh -c "exec $1" >log 2>&1 || return
+    [ ! -f picture.tiff ] || mv picture.tiff picture.tif
+    [ -s picture.tif ]
+}
+
+# try_out RAW FOLDER: runs every command once, which also fills the caches; drops what fails, and judges the pictures.
 try_out() {
     local i
     for i in "${!commands[@]}"; do
-        rm -f picture.tiff
-        if /usr/bin/time -q -f %M -o peak sh -c "exec ${commands[i]}" >log 2>&1 && [ -s picture.tiff ]; then
+        if run_once "${commands[i]}"; then
             printf '%s\t%s\t%s\t%s\n' "${labels[i]}" "$(cat peak)" "$(judge "$1" "${labels[i]}")" "${commands[i]}" \
                 >>"$2/trials.tsv"
         else
             [ "$i" -gt 1 ] || fail "$program cannot convert $1: $(tail -n 1 log)"
-            note "${labels[i]} is left out for $(name_of "$1"): it failed."
+            note "${labels[i]} is left out for $(name_of "$1"), where it failed."
             unset "labels[i]" "commands[i]"
         fi
     done
@@ -162,13 +173,10 @@ measure() {
         for i in "${order[@]}"; do
             arguments+=(--command-name "${labels[i]}" "${commands[i]}")
         done
-        hyperfine --shell=none --style none --runs 1 --prepare 'rm -f picture.tiff' \
+        hyperfine --shell=none --style none --runs 1 --prepare 'rm -f picture.tif picture.tiff' \
             --export-csv "$1/round-$round.csv" "${arguments[@]}" >log 2>&1 || fail "$(tail -n 1 log)"
     done
 }
-
-# The folder's name tells files of the same name apart.
-name_of() { printf '%s/%s' "$(basename "$(dirname "$1")")" "$(basename "$1")"; }
 
 describe_machine() {
     local model cores
@@ -207,14 +215,14 @@ for i in "${!raws[@]}"; do
     folder=$results/$i
     mkdir "$folder"
     name_of "$raw" >"$folder/name"
-    raw_link=picture.${raw##*.}
-    ln -s "$raw" "$raw_link"
+    picture=picture.${raw##*.}
+    cp "$raw" "$picture" # a link would do, but not for darktable
     list_commands
     say "$(name_of "$raw"): trying out ${#commands[@]} commands"
     try_out "$raw" "$folder"
     say "$(name_of "$raw"): timing ${#commands[@]} commands, $runs runs each"
     measure "$folder"
-    rm "$raw_link"
+    rm -f picture.*
 done
 "$root/bench/report.py" "$results" >"$results/figures.md"
 cat "$results/figures.md"

@@ -9,6 +9,7 @@ import csv
 import math
 import sys
 from html import escape
+from itertools import cycle
 from pathlib import Path
 from statistics import median
 from typing import NamedTuple
@@ -74,11 +75,12 @@ def table(results):
     is_judged = any(result.cpsnr is not None for result in results)
     heads = ["", "wall time", "CPU time", "peak memory"]
     if is_judged:
-        heads += ["CPSNR dB", "CIEDE2000 mean", "95 %", "false colour"]
+        heads += ["CPSNR dB", "CIEDE2000 mean", "CIEDE2000 95 %", "false colour"]
     yield "| " + " | ".join(heads) + " |"
     yield "|---|" + "--:|" * (len(heads) - 1)
     for r in results:
-        cells = [r.label, f"{ratio(r.wall)} ({ratio(r.lowest_wall)}–{ratio(r.highest_wall)})", ratio(r.cpu), ratio(r.memory)]
+        spread = f"{ratio(r.lowest_wall)}–{ratio(r.highest_wall)}"
+        cells = [r.label, f"{ratio(r.wall)} ({spread})", ratio(r.cpu), ratio(r.memory)]
         if is_judged:
             figures = ((r.cpsnr, 1), (r.mean_ciede2000, 2), (r.p95_ciede2000, 1), (r.false_colour, 2))
             cells += ["–" if figure is None else f"{figure:.{digits}f}" for figure, digits in figures]
@@ -88,7 +90,7 @@ def table(results):
 def page(folder, files):
     runs = len(list((folder / "0").glob("round-*.csv")))
     yield f"Every figure from here to the end was printed by `{(folder / 'invocation').read_text().strip()}`,"
-    yield f"{runs} runs of each command, on this machine:"
+    yield f"which timed each command {runs} times, on this machine:"
     yield ""
     yield (folder / "machine").read_text().strip()
     yield ""
@@ -114,11 +116,11 @@ COLOURS = ("#0072b2", "#d55e00", "#009e73", "#cc79a7", "#e69f00", "#56b4e9", "#0
 
 
 class Scale:
-    """Places values within a panel, which begins at 0 on a linear scale and with the least value on a logarithmic one."""
+    """Places values within a panel: from 0 on a linear scale, from below the least value on a logarithmic one."""
 
     def __init__(self, values, is_logarithmic):
         self.is_logarithmic = is_logarithmic
-        self.low = min(values) / 1.1 if is_logarithmic else 0
+        self.low = min(values) / 1.25 if is_logarithmic else 0
         self.high = max(values) * 1.1
 
     def place(self, value):
@@ -148,7 +150,7 @@ def panel(left, title, measure, is_logarithmic, labels, files):
         is_ours = is_logarithmic and tick == 1
         yield f'<path d="M{x:.1f} {TOP}V{bottom}" stroke="{"#333" if is_ours else "#ddd"}"/>'
         yield text(x, TOP - 8, f"{tick:g}", extra=' fill="#555"')
-    for colour, name in zip(COLOURS, files):
+    for colour, name in zip(cycle(COLOURS), files):
         for row, label in enumerate(labels):
             if (name, label) in values:
                 x, y = left + scale.place(values[name, label]), TOP + ROW * (row + 0.5)
@@ -166,7 +168,7 @@ def plot(files):
            'font-family="sans-serif" font-size="12">')
     yield f'<rect width="{width}" height="{height}" fill="#fff"/>'
     x = LABELS
-    for colour, name in zip(COLOURS, files):
+    for colour, name in zip(cycle(COLOURS), files):
         yield f'<circle cx="{x}" cy="20" r="4.5" fill="{colour}"/>' + text(x + 10, 24, name, "start")
         x += 40 + 7 * len(name)
     for row, label in enumerate(labels):
@@ -181,7 +183,8 @@ def plot(files):
 
 def main(folder):
     numbers = sorted(int(path.parent.name) for path in folder.glob("*/name"))
-    files = {(folder / str(number) / "name").read_text().strip(): read_results(folder / str(number)) for number in numbers}
+    folders = [folder / str(number) for number in numbers]
+    files = {(each / "name").read_text().strip(): read_results(each) for each in folders}
     (folder / "performance.svg").write_text("\n".join(plot(files)) + "\n")
     print("\n".join(page(folder, files)))
 
