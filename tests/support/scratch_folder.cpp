@@ -23,7 +23,7 @@ std::string read_file(const fs::path& file) {
     std::ifstream stream;
     stream.exceptions(std::ios::failbit | std::ios::badbit);
     stream.open(file, std::ios::binary);
-    std::string bytes(fs::file_size(file), '\0');
+    std::string bytes(static_cast<std::size_t>(fs::file_size(file)), '\0');
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return bytes;
 }

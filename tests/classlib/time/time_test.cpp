@@ -87,8 +87,8 @@ TEST(date_time, formatting) {
     EXPECT_EQ(plain(date.format(std::string(128, 'x').c_str())), "");
 }
 
+// In the zone that the process starts in: not every system's clock follows a change.
 TEST(date_time, now_is_the_local_time_of_the_clock) {
-    const time_zone_setting zone("IST-5:30");
     const std::int64_t before = std::time(nullptr);
     ZDateTime now;
     now.set_now();
