@@ -17,4 +17,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # No file of the compiler's runtime has to travel with the programs.
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 
+# What a library that is linked statically holds of others.
+set(RAW_TO_TIFF_LICENCES /usr/share/doc/gcc-mingw-w64-base/copyright /usr/share/doc/mingw-w64-common/copyright
+                         /usr/share/common-licenses/GPL-3)
+
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine;${RAW_TO_TIFF_WINDOWS})

@@ -65,7 +65,8 @@ int main(int argc, argument_t** argv) {
         return 2;
     }
     void* const library = load(argv[1]);
-    convert_t* const convert = library == NULL ? NULL : (convert_t*)(void*)find(library, "convert_raw_to_tiff");
+    convert_t* const convert =
+        library == NULL ? NULL : (convert_t*)(void*)find(library, "convert_raw_to_tiff");
     if (convert == NULL) {
         fputs("host: the library cannot be loaded\n", stderr);
         return 2;

@@ -38,7 +38,7 @@ path_t inq_folder_of(HMODULE module) {
 path_t find_library() {
     for (const HMODULE module : {inq_own_module(), HMODULE{nullptr}}) {
         const path_t folder = inq_folder_of(module);
-        const path_t path = folder + UTF16("EDSDK.dll");
+        path_t path = folder + UTF16("EDSDK.dll");
         if (!folder.empty() && platform::inq_entry_kind(path.c_str()) == platform::entry_kind_t::file)
             return path;
     }
@@ -49,6 +49,7 @@ path_t find_library() {
 template <typename... Arguments>
 constexpr std::size_t argument_bytes(stdcall_function_t<eds_error_t, Arguments...>*) noexcept {
     constexpr std::size_t word = 4;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): of pointers, the pointer's own size is meant
     return (std::size_t{0} + ... + ((sizeof(Arguments) + word - 1) / word * word));
 }
 
