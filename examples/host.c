@@ -16,7 +16,6 @@ typedef wchar_t argument_t, utf16_t;
 #else
 #include <dlfcn.h>
 #include <locale.h>
-#include <stdlib.h>
 #include <string.h>
 #include <uchar.h>
 #define load(path) dlopen(path, RTLD_NOW)
@@ -25,12 +24,14 @@ typedef char argument_t;
 typedef char16_t utf16_t;
 
 static const utf16_t* to_utf16(const char* argument) {
+    static utf16_t room[16384]; /* for all the texts */
+    static utf16_t* unit = room;
+    const utf16_t* const text = unit;
     const char* const end = argument + strlen(argument) + 1;
-    utf16_t* const text = calloc((size_t)(end - argument), sizeof *text);
     mbstate_t state = {0};
     setlocale(LC_CTYPE, "C.UTF-8");
-    for (utf16_t* unit = text; argument < end; ++unit) {
-        const size_t n_bytes = mbrtoc16(unit, argument, (size_t)(end - argument), &state);
+    while (argument < end && end - argument <= room + 16384 - unit) {
+        const size_t n_bytes = mbrtoc16(unit++, argument, (size_t)(end - argument), &state);
         if (n_bytes == 0 || n_bytes == (size_t)-1)
             break;
         argument += n_bytes == (size_t)-3 ? 0 : n_bytes; /* -3: the second unit of a pair */

@@ -40,11 +40,11 @@ void developed_picture::place_frame(const raw_decoder& decoder, const libraw_ima
     m_step_right = 1;
     m_step_down = pitch;
     if ((flip & 1U) != 0) {
-        column += frame.width - 1;
+        column += static_cast<std::ptrdiff_t>(frame.width) - 1;
         m_step_right = -m_step_right;
     }
     if ((flip & 2U) != 0) {
-        row += frame.height - 1;
+        row += static_cast<std::ptrdiff_t>(frame.height) - 1;
         m_step_down = -m_step_down;
     }
     m_width = frame.width;

@@ -76,7 +76,7 @@ std::vector<std::byte> input_file::read_whole() const {
         throw failure(error_code_t::not_a_raw_picture, "the file is empty");
     if (size > largest_input)
         throw failure(error_code_t::not_supported, "the file is larger than 1 GiB");
-    auto contents = read_first(size);
+    auto contents = read_first(static_cast<std::size_t>(size));
     if (contents.size() < size)
         throw failure(error_code_t::cannot_open_input, "the file became shorter while it was read");
     return contents;

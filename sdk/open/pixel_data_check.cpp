@@ -79,7 +79,7 @@ void pixel_data_check::check_cr2() {
     const auto offset = static_cast<std::uint64_t>(unpacker().data_offset);
     if (offset >= m_bytes.size())
         throw_damaged("the pixel data end early");
-    const lossless_jpeg jpeg = read_lossless_jpeg(m_bytes.subspan(offset));
+    const lossless_jpeg jpeg = read_lossless_jpeg(m_bytes.subspan(static_cast<std::size_t>(offset)));
     if (jpeg.inq_sample_count() != sample_count())
         throw_damaged("the pixel data have another size than the picture");
     check_slices();
