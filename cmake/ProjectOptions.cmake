@@ -19,6 +19,7 @@ target_compile_options(
             -Wcast-qual
             -Wformat=2
             -Wno-format-nonliteral # time formats come from the caller
+            $<$<BOOL:${WIN32}>:-Wno-restrict> # GCC 12 warns of strings that are joined, wrongly
             -Wimplicit-fallthrough
             -Woverloaded-virtual
             -Wnull-dereference

@@ -5,7 +5,8 @@
 #include <span>
 
 // Conversion between UTF-16 and UTF-8. Malformed input never fails: each lone surrogate, and each longest
-// piece of bytes that begins a sequence without completing it, becomes U+FFFD.
+// piece of bytes that begins a sequence without completing it, becomes U+FFFD. For sequences that no UTF-8
+// has (overlong ones, surrogates, values above U+10FFFF) it is up to the system how many.
 namespace platform {
 
 // Writes the UTF-8 form of a zero-terminated text, terminator included, and answers the number of bytes

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <ctime>
 #include <numeric>
 #include <string_view>
@@ -25,13 +27,20 @@ std::string full_model(const std::string& make, const std::string& model) {
 
 // Camera time, which such a file holds as seconds without a zone: "2009:07:21 13:03:20". Empty where unknown.
 std::string date_time_of(std::time_t seconds) {
-    std::tm parts{};
-    if (seconds <= 0 || gmtime_r(&seconds, &parts) == nullptr)
+    if (seconds <= 0)
         return {};
-    std::array<char, 32> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%Y:%m:%d %H:%M:%S", &parts);
-    constexpr std::size_t regular_length = 19;
-    return length == regular_length ? std::string(text.data(), length) : std::string();
+    const std::chrono::sys_seconds moment{std::chrono::seconds(seconds)};
+    const auto day = std::chrono::floor<std::chrono::days>(moment);
+    const std::chrono::year_month_day date(day);
+    const std::chrono::hh_mm_ss time(moment - day);
+    std::array<char, 64> text{};
+    const int length =
+        std::snprintf(text.data(), text.size(), "%04d:%02u:%02u %02d:%02d:%02d",
+                      static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                      static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
+                      static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()));
+    constexpr int regular_length = 19;
+    return length == regular_length ? text.data() : std::string();
 }
 
 using field_list = std::vector<metadata_field>;

@@ -79,7 +79,7 @@ large_block input_file::read_whole() const {
         throw failure(error_code_t::not_a_raw_picture, "the file is empty");
     if (size > largest_input)
         throw failure(error_code_t::not_supported, "the file is larger than 1 GiB");
-    large_block contents(size);
+    large_block contents(static_cast<std::size_t>(size));
     if (fill(contents.inq_bytes()) < size)
         throw failure(error_code_t::cannot_open_input, "the file became shorter while it was read");
     return contents;

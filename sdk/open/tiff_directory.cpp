@@ -40,9 +40,10 @@ std::optional<metadata_field> read_entry(std::span<const std::byte> file, std::s
     const auto tag = static_cast<std::uint16_t>(load_little_endian(entry.first(2)));
     const auto type = static_cast<std::uint16_t>(load_little_endian(entry.subspan(2, 2)));
     const std::uint32_t count = load_little_endian(entry.subspan(4, 4));
-    const std::uint64_t size = std::uint64_t{count} * unit_size(type);
-    if (size > most_bytes)
+    const std::uint64_t n_bytes = std::uint64_t{count} * unit_size(type);
+    if (n_bytes > most_bytes)
         return std::nullopt;
+    const auto size = static_cast<std::size_t>(n_bytes);
     const auto field = entry.subspan(value_at, value_size);
     const auto value =
         size <= value_size ? field.first(size) : part_of(file, load_little_endian(field), size);

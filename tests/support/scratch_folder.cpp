@@ -19,9 +19,10 @@ scratch_folder::~scratch_folder() {
 }
 
 std::string read_file(const fs::path& file) {
-    std::string bytes(fs::file_size(file), '\0');
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream;
     stream.exceptions(std::ios::failbit | std::ios::badbit);
+    stream.open(file, std::ios::binary);
+    std::string bytes(static_cast<std::size_t>(fs::file_size(file)), '\0');
     stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return bytes;
 }

@@ -1,0 +1,20 @@
+# The zip for those who embed the library: the library, the guide with its example, and the licences of what is linked in,
+# which the toolchain file lists in RAW_TO_TIFF_LICENCES.
+install(TARGETS convert_raw_to_tiff RUNTIME DESTINATION .)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/embedding.md ${PROJECT_SOURCE_DIR}/examples/host.c DESTINATION .)
+foreach(licence IN LISTS RAW_TO_TIFF_LICENCES)
+  string(REGEX REPLACE "^.*/([^/]*/[^/]*)$" "\\1" name ${licence})
+  string(REPLACE "/" "-" name ${name})
+  install(FILES ${licence} DESTINATION licences RENAME ${name}.txt)
+endforeach()
+
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  set(width x86)
+else()
+  set(width x64)
+endif()
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_FILE_NAME convert_raw_to_tiff-${PROJECT_VERSION}-windows-${width})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)
