@@ -50,9 +50,10 @@ TEST_F(file_operations, queries_and_deletion) {
         EXPECT_EQ(asked.inq_can_write(), is_file);
     }
     EXPECT_TRUE(ZFile::inq_exists(folder("file"))); // the question leaves out the closing separator
-    const std::ifstream holder(path("file"));
+    std::ifstream holder(path("file"));
     EXPECT_FALSE(ZFile::inq_can_read(file("file")));
     EXPECT_FALSE(ZFile::inq_can_write(file("file")));
+    holder.close();
     EXPECT_TRUE(ZFile(file("file")).delete_file());
     for (const ZFileLocation& no_file : {file("file"), file("folder"), folder("folder"), ZFileLocation()}) {
         errno = 0;
