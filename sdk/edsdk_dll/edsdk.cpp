@@ -15,7 +15,7 @@ constexpr eds_error_t no_sdk = 0xFFFFFFFF;
 
 std::optional<sdk_library> the_library; // from EdsInitializeSDK to EdsTerminateSDK
 
-// Calls a function of the library, and keeps the reason when it fails.
+// Calls a function of the library whose failure matters, and keeps the reason.
 template <typename Function, typename... Arguments>
 eds_error_t call(const char* name, Function* sdk_library::*function, Arguments... arguments) noexcept {
     if (!the_library)
@@ -47,7 +47,7 @@ eds_error_t EdsInitializeSDK() {
 }
 
 eds_error_t EdsTerminateSDK() {
-    const eds_error_t error = call("EdsTerminateSDK", &sdk_library::terminate_sdk);
+    const eds_error_t error = the_library ? the_library->terminate_sdk() : no_sdk;
     the_library.reset();
     return error;
 }
@@ -67,5 +67,5 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
 }
 
 eds_error_t EdsRelease(__EdsObject* object) {
-    return call("EdsRelease", &sdk_library::release, object);
+    return the_library ? the_library->release(object) : no_sdk;
 }
