@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -26,7 +27,8 @@ public:
         : m_picture(picture),
           m_band_rows(band_rows),
           m_developer(picture.m_development),
-          m_values(std::size_t{band_rows} * picture.m_width * channels) {}
+          m_values(std::make_unique_for_overwrite<std::uint16_t[]>(std::size_t{band_rows} * picture.m_width *
+                                                                   channels)) {}
 
     void make(unsigned band) {
         const unsigned top = band * m_band_rows;
@@ -41,7 +43,7 @@ public:
     }
 
     [[nodiscard]] std::span<std::uint16_t> inq_values() noexcept {
-        return std::span(m_values).first(std::size_t{m_rows} * m_picture.m_width * channels);
+        return {m_values.get(), std::size_t{m_rows} * m_picture.m_width * channels};
     }
 
 private:
@@ -72,14 +74,14 @@ private:
             first += (static_cast<std::ptrdiff_t>(area.height) - 1) * step_down;
             step_down = -step_down;
         }
-        return {m_values.data() + first, step_right, step_down};
+        return {m_values.get() + first, step_right, step_down};
     }
 
     const developed_picture& m_picture;
     unsigned m_band_rows;
     unsigned m_rows = 0;
     stripe_developer m_developer;
-    std::vector<std::uint16_t> m_values;
+    std::unique_ptr<std::uint16_t[]> m_values; // of a whole band, each filled before it is read
 };
 
 developed_picture::developed_picture(raw_decoder& decoder)
