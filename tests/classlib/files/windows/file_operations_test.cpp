@@ -30,11 +30,14 @@ private:
     DWORD m_n_handles = count_handles();
 };
 
-// Whether it happens within some seconds.
+// Whether it happens within half a minute; asked seldom, for the question itself holds the file for a moment.
 bool comes_true(const auto& condition) {
-    for (int i = 0; i < 500 && !condition(); ++i)
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return condition();
+    for (int i = 0; i < 60; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        if (condition())
+            return true;
+    }
+    return false;
 }
 
 TEST_F(windows_file_operations, what_another_process_holds_open_is_not_ours_to_open) {
