@@ -1,0 +1,472 @@
+#include "classlib/streams/ZFileRStream.h"
+#include "classlib/streams/ZFileWStream.h"
+#include "classlib/streams/ZMemoryRStream.h"
+#include "classlib/streams/ZPrintable.h"
+#include "classlib/strings/ZString.h"
+#include "tests/support/allocation_meter.h"
+#include "tests/support/block_stream.h"
+#include "tests/support/byte_sink.h"
+#include "tests/support/files_fixture.h"
+#include "tests/support/recording_reporter.h"
+
+#include <cerrno>
+#include <cfloat>
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <tuple>
+
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+std::string bytes_of(const ZData& d) {
+    return {d.inq_data(), d.inq_data() + d.inq_n_bytes()};
+}
+
+// "own 3/256 abc": the block is owned, and holds three bytes of 256.
+std::string state_of(const ZData& d) {
+    if (d.inq_data() == nullptr && d.inq_data_size() == 0)
+        return "none";
+    return (d.inq_owns() ? "own " : "ref ") + std::to_string(d.inq_n_bytes()) + '/' +
+           std::to_string(d.inq_data_size()) + ' ' + bytes_of(d);
+}
+
+TEST(data, changes_keep_what_there_was_when_memory_runs_out) {
+    const std::pair<bool (*)(ZData & d), const char*> rows[] = {
+        {[](ZData& d) { return d = std::as_const(d), true; }, "ref 4/4 abcd"},
+        {[](ZData& d) { return d = "", true; }, "own 0/0 "},
+        {[](ZData& d) { return d.clear(), true; }, "none"},
+        {[](ZData& d) { return d.empty(), true; }, "ref 0/4 "},
+        {[](ZData& d) { return d.set_size(6) && (d.truncate(4), true); }, "own 4/6 abcd"},
+        {[](ZData& d) { return d.append("x", -1) && d.append_byte('e'); }, "own 5/260 abcde"},
+        {[](ZData& d) { return d.append(d.inq_data() + 2, 2); }, "own 6/260 abcdcd"}};
+    for (const auto& [change, want] : rows) {
+        char bytes[] = {'a', 'b', 'c', 'd'}; // the sanitizers would not let the buffer release these
+        ZData d;
+        d.refer(bytes, 4);
+        const auto changing = [&, change = change] {
+            if (!change(d))
+                throw std::bad_alloc();
+        };
+        if (runs_out_of_memory(1, changing)) {
+            EXPECT_EQ(state_of(d), "ref 4/4 abcd") << want;
+            changing();
+        }
+        EXPECT_EQ(state_of(d), want);
+        EXPECT_EQ(std::string(bytes, 4), "abcd") << want;
+    }
+}
+
+TEST(data, blocks_change_hands_and_are_written_in_place) {
+    char bytes[] = {'a', 'b', 'c'};
+    ZData d;
+    d.refer(bytes, 3);
+    d.zero_fill();
+    d.truncate(1);
+    EXPECT_TRUE(d.append("xy", 2));
+    EXPECT_EQ(std::string(bytes, 3), "\0xy"s);
+    EXPECT_TRUE(runs_out_of_memory(1, [&] { delete[] d.detach(); }));
+    const std::unique_ptr<unsigned char[]> copy(d.detach());
+    EXPECT_EQ(std::string(copy.get(), copy.get() + 3), "\0xy"s);
+    d = "abc";
+    EXPECT_TRUE(d.grow(1));
+    const unsigned char* const held = d.inq_data();
+    ZData moved(std::move(d));
+    EXPECT_EQ(state_of(moved) + ", " + state_of(ZData(moved)), "own 3/259 abc, own 3/3 abc");
+    d.take(moved);
+    EXPECT_EQ(state_of(moved), "none");
+    EXPECT_EQ(std::unique_ptr<unsigned char[]>(d.detach()).get(), held);
+    EXPECT_TRUE(d.set("xy", 2));
+    EXPECT_FALSE(runs_out_of_memory(1, [&] { EXPECT_FALSE(d.set("xy", 2)); }));
+    EXPECT_EQ(state_of(d), "none");
+}
+
+TEST(data, comparison_growth_and_misuse) {
+    EXPECT_TRUE(ZData("abc").equals_prefix("abcd", 3) && ZData("ab").equals_prefix("ab", 5));
+    EXPECT_FALSE(ZData("abc").equals_prefix("abcd", 4) || ZData("abc").equals_prefix("abd", 3));
+    EXPECT_FALSE(ZData("abc").equals("abd") || ZData("abc").equals("ab"));
+    recording_reporter reporter;
+    ZData d("abcd");
+    d.truncate(5);
+    EXPECT_EQ(reporter.take(), "assertion ZData: n <= m_nbytes;");
+    EXPECT_FALSE(d.commit(1) || d.commit(INT_MAX));
+    EXPECT_EQ(state_of(d), "own 4/4 abcd");
+    for (int n = 0; n < 5000; ++n)
+        EXPECT_TRUE(d.append_byte('x'));
+    EXPECT_EQ(d.inq_data_size(), 8320); // from 4 + 256 on, doubled
+    unsigned char bytes[] = {'e'};      // behind which nobody looks
+    d.refer(bytes, INT_MAX);
+    EXPECT_FALSE(d.append_byte('e') || d.append(bytes, 1) || d.grow(1));
+}
+
+class point_t final : public ZPrintable {
+public:
+    void print_to(ZWStream& out) const override { out << 3 << '/' << 4; }
+};
+
+ZWStream& width5(ZWStream& out) {
+    return out.set_width(5), out;
+}
+
+ZWStream& stars(ZWStream& out) {
+    return out.set_fill('*'), out;
+}
+
+TEST(writing, text_follows_the_formatting_state) {
+    const std::string too_long = "assertion ZWStream: c >= str;";
+    using row_t = std::pair<void (*)(ZWStream & out), std::string>; // the bytes and then the reports
+    const row_t rows[] = {
+        {[](auto& out) { out << INT64_MIN << '\0' << 0U; }, "-9223372036854775808\0"s + "0"},
+        {[](auto& out) { out << base16 << INT_MIN << ',' << UINT_MAX; }, "FFFFFFFF80000000,FFFFFFFF"},
+        {[](auto& out) { out.set_base(36), out << UINT64_MAX << out.digit_char(10); }, "3W5E11264SGSFA"},
+        {[](auto& out) { out << width5 << left_justify << "ab" << width5 << 'c' << '|'; }, "ab   c    |"},
+        {[](auto& out) { out << width5 << "abcdef" << width5 << "abcde" << 'g'; }, "abcdefabcdeg"},
+        {[](auto& out) { out << width5 << "" << ZString() << 'x'; }, "    x"},
+        {[](auto& out) { out.set_width(10), out << 3.25 << ';' << width5 << -42; }, "  3.250000;    -42"},
+        {[](auto& out) { out << stars << width5 << ZUString("\xE9"); }, "***\xC3\xA9"},
+        {[](auto& out) { out << width5 << wide_new_line << 'x'; }, "\r\0\n\0    x"s},
+        {[](auto& out) { out << width5 << point_t() << scientific << fixed_point << 1.; }, "    3/41.000000"},
+        {[](auto& out) { out.set_base(1), out << 255; }, "255assertion ZWStream: base >= 2 && base <= 36;"},
+        {[](auto& out) { out.set_width(-1), out << 'x'; }, "xassertion ZWStream: width >= 0;"},
+        {[](auto& out) { out.set_base(2), out << 5 << -1; }, "101" + std::string(64, '1') + too_long},
+        {[](auto& out) { out.write_packed_int(0xC0000005); },
+         "\xC0\0\0\5warning ZWStream: PackedInt out of range;"s}};
+    for (const auto& [write, want] : rows) {
+        recording_reporter reporter;
+        byte_sink out;
+        write(out);
+        EXPECT_EQ(out.inq_bytes() + reporter.take(), want);
+    }
+}
+
+TEST(writing, the_formatting_state_stays_with_its_string) {
+    ZString s("text");
+    s << base16;
+    s = "x";
+    for (ZString other : {s, s + "", s.left(1)})
+        EXPECT_STREQ((other << 10, other), "x10");
+    EXPECT_FALSE(runs_out_of_memory(2, [&] { s << left_justify << width5 << 10; })); // one write
+    s.add_base_prefix(s);
+    EXPECT_STREQ(s, "0xxA    ");
+    EXPECT_EQ(s.seek(5), -1);
+    s.clear();
+    EXPECT_STREQ((s << 10, s), "10");
+    EXPECT_EQ(s.inq_error(), 8);
+}
+
+TEST(writing, floating_point_numbers_are_correctly_rounded_or_reported) {
+    using row_t = std::tuple<double, int, std::string>;
+    for (const auto& [value, precision, want] :
+         {row_t{2.5, 0, "2. 2.e000"},
+          {0.1, 20, "0.10000000000000000555 1.0000000000000000555e-001"},
+          {5e-324, 4, "0.0000 4.941e-324"},
+          {-0.0, 2, "-0.00 -0.0e000"},
+          {-HUGE_VAL, 6, "-inf -inf"},
+          {std::copysign(NAN, -1.0), 2, "nan nan"}}) {
+        byte_sink out;
+        out.set_precision(precision);
+        out << value << ' ' << scientific << value;
+        EXPECT_EQ(out.inq_bytes(), want);
+    }
+    // The largest precision makes 512 with the digits before the point, or the zeros behind it, and 16.
+    using edge_t = std::tuple<double, ZWStream::manipulator_t, int>;
+    for (const auto& [value, form, precision] :
+         {edge_t{-10, &fixed_point, 494}, {.5, &fixed_point, 496}, {DBL_MAX, &scientific, 187}}) {
+        recording_reporter reporter;
+        byte_sink out;
+        out.set_precision(precision + 1);
+        out << form << value;
+        EXPECT_EQ(out.inq_bytes() + reporter.take(), "warning ZWStream: Buffer too small;") << value;
+        out.set_precision(precision);
+        EXPECT_NE((out << value, out).inq_bytes(), "") << value;
+    }
+}
+
+TEST(writing, binary_forms_leave_the_formatting_state_alone) {
+    const std::pair<bool (*)(ZWStream & out), std::string> rows[] = {
+        {[](auto& out) { return out.write_int16(-2); }, "\xFF\xFE"},
+        {[](auto& out) { return out.write_int32(-2L); }, "\xFF\xFF\xFF\xFE"},
+        {[](auto& out) { return out.write_uint32(0x9ABCDEF0UL); }, "\x9A\xBC\xDE\xF0"},
+        {[](auto& out) { return out.write_float(-0.1F); }, "\xBD\xCC\xCC\xCD"},
+        {[](auto& out) { return out.write_packed_int(16383); }, "\xBF\xFF"},
+        {[](auto& out) { return out.write_packed_int(16384); }, "\xC0\0\x40\0"s},
+        {[](auto& out) { return ZString("abc").write_to(out) && out.write_uint8(200); }, "abc\0\xC8"s},
+        {[](auto& out) { return ZData("a\0b", 3).write(out); }, "\0\0\0\3a\0b"s},
+    };
+    for (const auto& [write, want] : rows) {
+        byte_sink out;
+        out << base16 << width5 << stars << left_justify;
+        EXPECT_TRUE(write(out));
+        EXPECT_EQ((out << 'x', out).inq_bytes(), want + "x****");
+        ZFileWStream refusing{ZFileLocation()};
+        EXPECT_FALSE(write(refusing));
+    }
+}
+
+// Values as the tables write them: -2 1.500000 'abc'.
+std::string said(const auto& value) {
+    if constexpr (std::is_convertible_v<decltype(value), double>)
+        return std::to_string(value);
+    else if constexpr (std::is_same_v<decltype(value), const ZData&>)
+        return shown(bytes_of(value).c_str());
+    else
+        return shown(value);
+}
+
+// Reads from a stream, and says what came of it.
+using read_t = std::function<std::string(ZRStream& in)>;
+
+// Reads into a target that holds something already, and says the answer and the target.
+template <typename T>
+read_t into(auto operation, T value) {
+    return [operation, value](ZRStream& in) {
+        T target = value;
+        const auto answer = std::invoke(operation, in, target);
+        return said(answer) + ' ' + said(target);
+    };
+}
+
+template <typename T>
+const read_t extract = into([](ZRStream& in, T& v) { return in >> v, +in.inq_error(); }, T(77));
+
+read_t until(const char* stops) {
+    return into([stops](ZRStream& in, ZString& s) { return in.read_until(stops, s); }, ZString("old"));
+}
+
+std::string read_bytes(ZRStream& in) {
+    std::string bytes(8, '.');
+    int got = 77;
+    const bool is_read = in.read_bytes(bytes.data(), 4, true, &got);
+    return said(is_read) + ' ' + said(got) + ' ' + bytes;
+}
+
+std::string wide_lines(ZRStream& in) {
+    std::string lines;
+    ZUString text("old");
+    while (in.read_wide_line(text))
+        lines += shown(text) + ' ';
+    return lines + shown(text);
+}
+
+const read_t number = extract<int>;
+const read_t int32 = into([](ZRStream& in, int& v) { return in.read_int32(v); }, 77);
+const read_t packed = into(&ZRStream::read_packed_int, 77U);
+const read_t cstring = into([](auto& in, auto& s) { return in.read_cstring(s, true); }, ZString("old"));
+const read_t string = into([](auto& in, auto& s) { return s.read_from(in); }, ZString("old"));
+const read_t word = into([](auto& in, auto& s) { return in >> s, +in.inq_error(); }, ZString("old"));
+const read_t line = into(&ZRStream::read_line, ZString("old"));
+const read_t name = into(&ZRStream::read_name, ZString("old"));
+const read_t data = into([](auto& in, auto& d) { return in.read_data(d, true); }, ZData("old"));
+const read_t block = into([](auto& in, auto& d) { return d.read(in); }, ZData("old"));
+const read_t all = into(&ZRStream::read_all, ZData("old"));
+
+constexpr rstreamerr_t none = rstreamerr_ok;
+constexpr rstreamerr_t end_of_data = rstreamerr_end_of_data;
+
+struct row_t {
+    std::string_view bytes;
+    read_t read;
+    const char* want;
+    const char* rest = ""; // what is left, while there is no error
+    rstreamerr_t error = none;
+};
+
+// Blocks of any size, in units, give the same.
+void check(const std::vector<row_t>& rows, std::size_t unit = 1) {
+    for (const row_t& row : rows) {
+        for (std::size_t block_size = unit; block_size <= row.bytes.size() + unit; block_size += unit) {
+            SCOPED_TRACE(testing::Message() << '\'' << row.bytes << "' in blocks of " << block_size);
+            block_stream in(row.bytes, {block_size});
+            EXPECT_EQ(row.read(in), row.want);
+            EXPECT_EQ(in.inq_error(), row.error);
+            std::string rest;
+            for (int c = in.get(); c >= 0; c = in.get())
+                rest += static_cast<char>(c);
+            EXPECT_EQ(rest, row.rest);
+        }
+    }
+}
+
+TEST(reading, binary_values) {
+    check({
+        {"\xFF\xFE!", into(&ZRStream::read_int16, short{77}), "1 -2", "!"},
+        {"\x80\0\0\1!"sv, int32, "1 -2147483647", "!"},
+        {"\x80\0\0"sv, int32, "0 77", "", end_of_data},
+        {"\xBD\xCC\xCC\xCD", into(&ZRStream::read_float, 77.0F), "1 -0.100000"},
+        {"\xBF\xFF", packed, "1 16383"},
+        {"\xBF", packed, "0 77", "", end_of_data},
+        {"\xC0\0\x40\0"sv, packed, "1 16384"},
+        {"ab", cstring, "0 'old'", "", end_of_data},
+        {"ab", string, "0 'ab'", "", end_of_data},
+        {"abcde", &read_bytes, "1 4 abcd....", "e"},
+        {"abc", &read_bytes, "0 3 abc.....", "", end_of_data},
+        {"abcd", data, "1 'abc'", "d"},
+        {"abc", [](auto& in) { return said(in.skip(INT_MAX)); }, "0", "", end_of_data},
+        {"\0\0\0\3xyz!"sv, block, "1 'xyz'", "!"},
+        {"\0\0\0"sv, block, "0 'old'", "", end_of_data},
+        {"\0\x98\x96\x80!"sv, block, "0 'old'", "!"}, // 10,000,000
+        {"", [](auto& in) { return said(in.skip(1)) + all(in); }, "01 ''", "", end_of_data},
+    });
+}
+
+TEST(reading, text) {
+    const std::string long_number = std::string(99, '0') + "12"; // of 100 characters a number is read
+    constexpr rstreamerr_t out_of_range = rstreamerr_out_of_range;
+    check({
+        {"  # one\n#\n  42 rest", number, "0 42", " rest"},
+        {"0x1f", number, "0 1", "f"},
+        {"0b1012", number, "0 5", "2"},
+        {"-5", extract<unsigned int>, "0 0", "-5"},
+        {"300 1", extract<unsigned char>, "5 44", "", out_of_range},
+        {"65536", extract<unsigned short>, "5 0", "", out_of_range},
+        {"2147483648", number, "5 -2147483648", "", out_of_range},
+        {"-9223372036854775808", extract<long long>, "5 0", "", out_of_range},
+        {"1.5e3x", extract<double>, "0 1500.000000", "x"},
+        {" #\n-.25 1", extract<float>, "0 -0.250000", " 1"},
+        {long_number, extract<double>, "0 1.000000", "2"},
+        {" T#\nyf", [](auto& in) { return extract<bool>(in) + extract<bool>(in); }, "0 10 1", "f"},
+        {" \v\f\t\r\n#\nxy", extract<char>, "0 120", "y"},
+        {" #\n9a b", word, "0 '9a'", " b"},
+        {"  ", word, "0 'old'"},
+        {"my key = 1", name, "61 'my key '", "= 1"},
+        {"a\\:b\\tc:d", until(":"), "58 'a:b<09>c'", ":d"},
+        {" #\\n\\r\\\\\\x", until(":"), "-1 ' #<0A><0D>\\x'"},
+        {"a\0b:"sv, until(":"), "58 'a'", ":"}, // a zero is no stop
+        {"ab\r\ncd\n", line, "1 'ab'", "cd\n"},
+        {" a\r#b\r\r\nc", line, "1 ' a#b'", "c"},
+        {"a\0b\n\n"sv, line, "1 'a'", "\n"},
+        {"", line, "0 null"},
+    });
+    check({{"a\0\r\0\r\0b\0\n\0\r\0\n\0"sv, &wide_lines, "'a' '' 'b' '' ''"},
+           {"\r\n\n\r\n\1\r\1"sv, &wide_lines,
+            "'<A0D><D0A><10A><10D>' ''"},       // units that only look like line ends
+           {"a\0\n"sv, &wide_lines, "'a' ''"}}, // a lone byte
+          2);
+}
+
+TEST(reading, blocks_and_positions_are_counted) {
+    std::string bytes(4, '.');
+    EXPECT_EQ(block_stream("abc", {2}).peek_bytes(bytes.data(), 3), 2);
+    EXPECT_EQ(bytes, "ab..");
+    EXPECT_EQ(ZMemoryRStream(nullptr, 0).peek() + ZMemoryRStream("abc", -1).peek(), -2);
+    recording_reporter reporter;
+    ZMemoryRStream("", 0).advance();
+    EXPECT_EQ(reporter.take(), "assertion ZRStream: m_index < m_size;");
+    ZMemoryRStream cut_short("\0\x98\x96\x7F", 4); // the largest block, 9,999,999 bytes
+    ZData read;
+    EXPECT_FALSE(read.read(cut_short));
+    EXPECT_EQ(read.inq_n_bytes(), 9'999'999);
+    const std::pair<read_t, const char*> rows[] = {
+        {&read_bytes, "[4]:3"}, {cstring, "[7]:4"}, {line, "[2]:2"}, {until(nullptr), "[8]:4"}, {all, ""}};
+    for (const auto& [reading, want] : rows) {
+        block_stream in("a\nb\nc\n\0d"sv, {3});
+        reading(in);
+        EXPECT_EQ(plain(in.inq_position_text(true)) + plain(in.inq_position_text(false)), want);
+    }
+}
+
+TEST(reading, an_error_sticks_and_everything_fails_at_once) {
+    const std::pair<read_t, const char*> rows[] = {
+        {[](auto& in) { return said(in.peek()) + said(in.peek_non_space()) + said(in.get()); }, "-1-1-1"},
+        {[](auto& in) { return said(in.at_end()) + said(in.seek(3)) + said(in.skip(0)); }, "1-10"},
+        {[](auto& in) { return in.advance(), in.skip_comment(), said(in.read_signed()); }, "0"},
+        {[](auto& in) { return plain(in.inq_position_text(true)) + said(in.read_real()); }, "0.000000"},
+        {[](auto& in) { return packed(in) + ' ' + data(in) + ' ' + all(in); }, "0 77 0 'old' 0 ''"},
+        {[](auto& in) { return number(in) + ' ' + name(in) + ' ' + until(":")(in); },
+         "8 77 -1 'old' -1 'old'"}};
+    for (const auto& [read, want] : rows) {
+        SCOPED_TRACE(&read - &rows[0].first);
+        block_stream in("\n1 \n#:next", {6});
+        EXPECT_EQ(in.get(), '\n');
+        EXPECT_EQ(in.seek(0), -1);
+        EXPECT_EQ(read(in), want);
+        EXPECT_EQ(in.inq_position() + in.inq_line(), 2);
+        EXPECT_EQ(in.inq_error(), rstreamerr_unsupported);
+    }
+}
+
+TEST(reading, a_source_that_misbehaves_or_fails_ends_the_data) {
+    block_stream stalling("12345", {2, 0});
+    EXPECT_EQ(read_bytes(stalling), "0 2 12......");
+    EXPECT_EQ(stalling.inq_error(), end_of_data);
+    for (const auto& [read, want] : {std::pair(all, "0 '12'"), {cstring, "0 'old'"}}) {
+        block_stream failing("12", {2}, rstreamerr_read_failed);
+        EXPECT_EQ(read(failing), want);
+        EXPECT_EQ(failing.inq_error(), rstreamerr_read_failed) << want;
+    }
+}
+
+TEST(reading, running_out_of_memory_leaves_the_target_alone) {
+    using read_text_t = bool (*)(ZRStream & in, ZString & out);
+    for (const read_text_t read : {
+             read_text_t([](auto&in, auto&out) { return in.read_cstring(out, true); }),
+             read_text_t([](auto&in, auto&out) { return out.read_from(in); }),
+             read_text_t([](auto&in, auto&out) { return in >> out, true; }),
+             read_text_t([](auto&in, auto&out) { return in.read_until("\r", out) == '\r'; }),
+             read_text_t([](auto&in, auto&out) { return in.read_line(out); }),
+         }) {
+        ZString out("old");
+        const auto reading = [&] {
+            ZMemoryRStream in("abc\r\n", 6);
+            if (!read(in, out))
+                throw std::bad_alloc();
+        };
+        for (int n = 1; runs_out_of_memory(n, reading); ++n)
+            EXPECT_STREQ(out, "old") << n;
+        EXPECT_EQ(out.left(3), "abc");
+    }
+}
+
+class streams_to_files : public files_fixture {};
+
+TEST_F(streams_to_files, bytes_come_back_as_they_were_written) {
+    std::string bytes(200001, '\0');
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<char>(i * 7 + i / 251); // tells where it stands
+    for (const std::vector<int>& sizes : {std::vector{0}, {65535, 1, 1}, {65536}, {200000, 1}}) {
+        const ZFileLocation target = file(std::to_string(sizes[0]));
+        ZFileWStream out(target);
+        int n = 0;
+        for (const int size : sizes) {
+            EXPECT_TRUE(out.write_bytes(bytes.data() + n, size));
+            n += size;
+        }
+        EXPECT_TRUE(out.close());
+        ZFileRStream in(target);
+        EXPECT_EQ(in.inq_source_size(), n);
+        ZData read;
+        EXPECT_TRUE(in.read_all(read));
+        EXPECT_TRUE(read.equals(ZData(bytes.data(), n))) << n;
+        ZFileRStream closed(target);
+        EXPECT_EQ(closed.at_end(), n == 0);
+        closed.close();
+        EXPECT_EQ(closed.skip(n), n <= 65536); // as far as the block goes
+    }
+    ZFileWStream(file("unclosed")) << "held back";
+    EXPECT_EQ(read("unclosed"), "");
+}
+
+TEST_F(streams_to_files, what_cannot_be_opened_says_why) {
+    write("existing", "abc");
+    make_folder("folder");
+    for (const auto& [target, read_error, create_error] :
+         {std::tuple("existing", 0, EEXIST), // 0 where it opens
+          {"folder", EACCES, EEXIST},
+          {"no/file", ENOENT, ENOENT}}) {
+        errno = 0;
+        const ZFileRStream in(file(target));
+        EXPECT_EQ(errno, read_error) << target;
+        EXPECT_EQ(in.inq_error(), read_error != 0 ? rstreamerr_read_failed : rstreamerr_ok) << target;
+        EXPECT_EQ(in.inq_source_size(), read_error != 0 ? -1 : 3) << target;
+        ZFileWStream out(file(target));
+        EXPECT_EQ(errno, create_error) << target;
+        EXPECT_FALSE(out.inq_ok() || out.close()) << target;
+    }
+    EXPECT_EQ(read("existing"), "abc");
+    for (int n = 1; runs_out_of_memory(n, [&] { ZFileWStream out(file("new")); }); ++n)
+        EXPECT_EQ(list(), "existing folder ") << n;
+}
+
+} // namespace
