@@ -49,12 +49,10 @@ TEST(layouts, fields_stand_in_their_order) {
     const ZKVString entry("key", "value");
     EXPECT_EQ(field<int>(entry, pointer), kvtype_string);
     EXPECT_EQ(field<const void*>(entry, pointer + sizeof s), static_cast<const char*>(entry.inq_key()));
-    EXPECT_EQ(field<int>(entry.inq_values(), 0), 1);
     EXPECT_EQ(field<const void*>(entry.inq_values(), pointer), &entry.inq_values()[0]);
 
     const ZException exception("ID", 5);
     EXPECT_EQ(field<const char*>(exception, pointer), exception.inq_id());
-    EXPECT_EQ(field<int>(exception, 2 * pointer), 5);
 }
 
 } // namespace

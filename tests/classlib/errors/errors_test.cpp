@@ -36,8 +36,7 @@ TEST(errors, default_reporter_prints_what_happened_where_and_lets_the_operation_
                   "(Error at line -2147483648 in 'ZE', two\nlines).\n" + grave +
                   "(Error at line -3 in 'ZE').\na\n b");
     EXPECT_EQ(n_evaluated, 2);
-    EXPECT_STREQ(source_stem_t("C:\\work.old\\Z.inl.h").text, "Z.inl");
-    EXPECT_STREQ(source_stem_t("../a.b/Makefile").text, "Makefile");
+    EXPECT_STREQ(source_stem_t("C:\\work.old/Z.inl.h").text, "Z.inl");
 }
 
 TEST(errors, exceptions_are_described_and_raised_with_their_full_type) {
@@ -65,9 +64,9 @@ TEST(errors, exceptions_are_described_and_raised_with_their_full_type) {
     }
     EXPECT_EQ(crt.inq_file(), picture);
     int code = fileerr_missing;
-    for (const char* const kind : {"Missing file: ", "Failed to open file for reading: ",
-                                   "Failed to open file for writing: ", "Corrupt data in file: "})
-        EXPECT_EQ(plain(file.set_code(code++).describe()).find(kind), 16U);
+    for (const std::string kind : {"Missing file", "Failed to open file for reading",
+                                   "Failed to open file for writing", "Corrupt data in file"})
+        EXPECT_EQ(plain(file.set_code(code++).describe()).find(kind + ": C:"), 16U);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "tests/support/shown_text.h"
 #include "tests/support/time_zone_setting.h"
 
+#include <bit>
 #include <gtest/gtest.h>
 #include <tuple>
 
@@ -27,11 +28,15 @@ ZDateTime filled() {
 TEST(date_time, a_time_value_or_a_text_fills_every_field) {
     for (const auto& [name, time, want] :
          {std::tuple("UTC0", 4294967295, fields_t{2106, 2, 7, 0, 6, 28, 15, 0, 4294967295}),
+          {"CET-1CEST", 1784370600, {2026, 7, 18, 6, 12, 30, 0, 0, 1784370600}}, // daylight saving
+          {"CET-1CEST", 1768735800, {2026, 1, 18, 0, 12, 30, 0, 0, 1768735800}},
           {"EST5", 0, {1969, 12, 31, 3, 19, 0, 0, 0, 0}}}) {
         const time_zone_setting zone(name);
         ZDateTime date = filled();
         date.set_time(static_cast<std::uint32_t>(time));
         EXPECT_EQ(fields_of(date), want) << name;
+        EXPECT_EQ(date.parse(date.format("%d/%m/%Y %H:%M"), 3), true);
+        EXPECT_EQ(date.m_time, time / 60 * 60);
     }
     const time_zone_setting zone("UTC0");
     using row_t = std::tuple<const char*, int, bool, fields_t>;
@@ -57,7 +62,6 @@ TEST(date_time, formatting) {
     ZDateTime date;
     date.set_time(1772690709);
     EXPECT_EQ(plain(date.inq_long_text()), "06:05 Thursday 05 March 2026");
-    EXPECT_EQ(plain(date.inq_long_date()), "Thursday 05 March 2026");
     EXPECT_EQ(plain(date.inq_timestamp()), "Thu 05-Mar-2026 06:05:09");
     EXPECT_EQ(plain(date.inq_short_date()), "05/03/2026");
     EXPECT_EQ(plain(date.format("%d\xE9%%")) + plain(date.format(nullptr)), "05<E9>%");
@@ -81,10 +85,9 @@ TEST(date_time, now_is_the_local_time_of_the_clock_and_the_seed_that_has_no_bits
         after.set_now();
     } while (fields_of(before) != fields_of(after));
     const auto seconds = static_cast<std::uint32_t>(before.m_time);
-    const auto milliseconds = static_cast<std::uint32_t>(before.m_millisecond);
-    const std::uint32_t seed = milliseconds << 8 ^ (seconds >> 16 | seconds << 16);
+    const std::uint32_t seed = static_cast<std::uint32_t>(before.m_millisecond) << 8 ^ std::rotl(seconds, 16);
     EXPECT_EQ(static_cast<std::uint32_t>(value), seed & 0x7FFFFFFF);
-    EXPECT_LE(milliseconds, 999U);
+    EXPECT_LE(before.m_millisecond, 999);
     EXPECT_LE(std::abs(before.m_time - start), 60);
     after.set_time(seconds);
     after.m_millisecond = before.m_millisecond;
@@ -99,7 +102,6 @@ TEST(random, values_and_their_parts) {
     EXPECT_EQ(random.next_u16(), 0xACD9);
     EXPECT_EQ(random.set_seed(1), 1); // nothing is left of the last value
     EXPECT_EQ(random.next_u16(), 0x41A7);
-    EXPECT_EQ(random.next_byte(), 0x00); // the third byte of the same value
     EXPECT_EQ(ZRandom(1).next_double(), 16806 / 2147483647.0);
     random.set_seed(1);
     for (int step = 0; step < 10000; ++step)
@@ -108,7 +110,6 @@ TEST(random, values_and_their_parts) {
     EXPECT_EQ(random.set_seed(-1), 0x7FFFFFFF);
     random.advance();
     EXPECT_EQ(random.inq_value(), 0x7FFFFFFF);
-    EXPECT_EQ(&ZRandom::instance(), &ZRandom::instance());
 }
 
 } // namespace

@@ -60,11 +60,9 @@ TEST(values, misuse_is_reported_and_harmless) {
         EXPECT_EQ(reporter.take(), report + report) << n << ", " << i;
     }
     ZKVString kv("a_b9Z", "value");
-    EXPECT_EQ(reporter.take(), "");
-    ZKVString odd("red-eye", "value");
-    odd = two;
-    EXPECT_EQ(shown(odd.inq_key()) + shown(odd.inq_string()), "'red-eye''a'"); // one of two values
-    EXPECT_EQ(reporter.take(), "warning ZKV: Illegal keyname: 'red-eye'.;warning ZKVString: ;");
+    kv = two;
+    EXPECT_EQ(shown(kv.inq_key()) + shown(kv.inq_string()), "'a_b9Z''a'"); // one of two values
+    EXPECT_EQ(reporter.take(), "warning ZKVString: ;");
 }
 
 TEST(values, entries_are_read_as_what_they_are) {
@@ -75,7 +73,6 @@ TEST(values, entries_are_read_as_what_they_are) {
     const std::string got_kvd = "type 'KVD', expected type ";
     using row_t = std::tuple<ZKV, void (*)(const ZKV& kv), std::string>;
     const row_t rows[] = {
-        {kvd, [](auto& kv) { static_cast<void>(kv.as_integer(0)); }, got_kvd + "'integer number'"},
         {kvd, [](auto& kv) { static_cast<void>(kv.as_float(0)); }, got_kvd + "'floating point number'"},
         {kvd, [](auto& kv) { static_cast<void>(kv.as_string(0)); }, got_kvd + "'string'"},
         {kvd, [](auto& kv) { static_cast<void>(kv.as_binary(0)); }, got_kvd + "'binary data'"},

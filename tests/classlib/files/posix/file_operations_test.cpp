@@ -43,10 +43,8 @@ TEST_F(posix_file_operations, a_link_at_the_target_is_replaced_not_followed) {
 TEST_F(posix_file_operations, a_file_that_cannot_be_read_is_not_copied_and_keeps_nobody_waiting) {
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
     const ZFileLocation unmapped("\\proc\\self\\mem", false); // its first page cannot be read
-    ASSERT_TRUE(ZFile::inq_is_file(unmapped));
     for (const ZFileLocation& unreadable : {file("pipe"), unmapped}) {
-        EXPECT_FALSE(ZFile(unreadable).copy_to(file("b")));
-        EXPECT_FALSE(ZFile(unreadable).inq_same_contents(unreadable));
+        EXPECT_FALSE(ZFile(unreadable).copy_to(file("b")) || ZFile(unreadable).inq_same_contents(unreadable));
         EXPECT_EQ(list(), "pipe ");
     }
     EXPECT_FALSE(ZFile::inq_can_read(file("pipe")) || ZFile::inq_is_file(file("pipe")));
@@ -77,8 +75,8 @@ TEST_F(posix_file_operations, permissions_are_respected) {
         EXPECT_TRUE(ZFile::inq_can_read(file("readable")));
         EXPECT_FALSE(ZFile(file("secret")).copy_to(file("locked/x")));
         EXPECT_FALSE(ZFile(file("secret")).inq_same_contents(file("readable")));
-        EXPECT_FALSE(ZFile(file("readable")).copy_to(file("locked/y")));
-        EXPECT_FALSE(ZFile(file("readable")).rename_to(file("locked/y")));
+        ZFile readable(file("readable"));
+        EXPECT_FALSE(readable.copy_to(file("locked/y")) || readable.rename_to(file("locked/y")));
         EXPECT_FALSE(ZFile::delete_file(file("locked/x")));
         EXPECT_THROW(ZFile::create_folder(folder("locked/new")), ZCrtErrorException);
     }
