@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 
-namespace allocation_meter {
 namespace {
 
 // Stands right before each block, and is as large as the block's alignment asks for.
@@ -11,28 +10,27 @@ struct alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) header_t {
 };
 
 void* take(std::size_t size) noexcept {
-    const bool is_metered = is_metering;
-    const bool is_failing = is_metered && ++n_asked == failing;
+    const bool is_metered = allocation_meter::is_metering;
+    const bool is_failing = is_metered && ++allocation_meter::n_asked == allocation_meter::failing;
     void* const memory = is_failing ? nullptr : std::malloc(sizeof(header_t) + size);
     if (memory == nullptr)
         return nullptr;
-    n_held += is_metered ? 1 : 0;
+    allocation_meter::n_held += is_metered ? 1 : 0;
     return ::new (memory) header_t{is_metered} + 1;
 }
 
 } // namespace
-} // namespace allocation_meter
 
 // All forms in use are replaced: a sanitizer's own would not end in the first ones.
 void* operator new(std::size_t n) {
-    if (void* const block = allocation_meter::take(n))
+    if (void* const block = take(n))
         return block;
     throw std::bad_alloc();
 }
 void operator delete(void* p) noexcept {
     if (p == nullptr)
         return;
-    allocation_meter::header_t* const header = static_cast<allocation_meter::header_t*>(p) - 1;
+    header_t* const header = static_cast<header_t*>(p) - 1;
     allocation_meter::n_held -= header->is_metered ? 1 : 0;
     std::free(header);
 }
@@ -40,7 +38,7 @@ void* operator new[](std::size_t n) {
     return operator new(n);
 }
 void* operator new[](std::size_t n, const std::nothrow_t&) noexcept {
-    return allocation_meter::take(n);
+    return take(n);
 }
 void operator delete[](void* p) noexcept {
     operator delete(p);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "classlib/errors/ZProgramErrorOutput.h"
+#include "classlib/strings/ZUString.h"
 #include "tests/support/shown_text.h"
 
 #include <utility>

@@ -3,8 +3,7 @@
 #include <cstdio>
 #include <string>
 
-// A text of bytes or UTF-16 units as the tables write it: printable ASCII as it is, every other unit as <E9>
-// or <20AC>. A null text is an empty text.
+// A text as the tables write it: printable ASCII as it is, other units as <E9> or <20AC>, nothing for null.
 [[nodiscard]] std::string plain(const auto& text) {
     std::string result;
     for (const auto* unit = +text; unit != nullptr && *unit != 0; ++unit) {

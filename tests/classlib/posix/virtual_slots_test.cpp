@@ -20,8 +20,7 @@ slots_t slots(Operation... operation) {
     return {std::bit_cast<std::array<std::ptrdiff_t, 2>>(operation)[0] / std::ptrdiff_t{sizeof(void*)}...};
 }
 
-class source : public ZRStream {
-public:
+struct source : ZRStream {
     using ZRStream::fill_buffer;
 };
 

@@ -35,7 +35,7 @@ TEST(date_time, a_time_value_or_a_text_fills_every_field) {
         ZDateTime date = filled();
         date.set_time(static_cast<std::uint32_t>(time));
         EXPECT_EQ(fields_of(date), want) << name;
-        EXPECT_EQ(date.parse(date.format("%d/%m/%Y %H:%M"), 3), true);
+        EXPECT_TRUE(date.parse(date.format("%d/%m/%Y %H:%M"), 3));
         EXPECT_EQ(date.m_time, time / 60 * 60);
     }
     const time_zone_setting zone("UTC0");
@@ -43,7 +43,6 @@ TEST(date_time, a_time_value_or_a_text_fills_every_field) {
     const row_t rows[] = {
         {" 1/ 2/75 and more", -7, true, {1975, 2, 1, 0, 0, 0, 0, 0, 160444800}},
         {"2026-11-18", 2, true, {2026, 11, 18, 0, 0, 0, 0, 0, 1794960000}},
-        {"18/11/2026 14:05", 3, true, {2026, 11, 18, 0, 14, 5, 0, 0, 1795010700}},
         {"1/1/49", 1, true, {2049, 1, 1, 0, 0, 0, 0, 0, 2493072000}},
         {"1/1/50", 1, true, {1950, 1, 1, 0, 0, 0, 0, 0, -1}},
         {"31/2/2026", 1, true, {2026, 2, 31, 0, 0, 0, 0, 0, 1772496000}}, // kept, and 3 March
@@ -67,10 +66,6 @@ TEST(date_time, formatting) {
     EXPECT_EQ(plain(date.format("%d\xE9%%")) + plain(date.format(nullptr)), "05<E9>%");
     EXPECT_EQ(date.format(std::string(127, 'x').c_str()).length(), 127);
     EXPECT_EQ(date.format(std::string(128, 'x').c_str()).length(), 0);
-    std::tm fields{};
-    fields.tm_yday = fields.tm_isdst = 77;
-    date.to_tm(fields);
-    EXPECT_TRUE(fields.tm_year == 126 && fields.tm_mon == 2 && fields.tm_yday == 77 && fields.tm_isdst == 77);
 }
 
 TEST(date_time, now_is_the_local_time_of_the_clock_and_the_seed_that_has_no_bits) {
