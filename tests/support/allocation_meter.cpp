@@ -21,6 +21,12 @@ void* take(std::size_t size) noexcept {
 
 } // namespace
 
+allocation_meter::section::section(int n) noexcept {
+    n_asked = n_held = 0;
+    failing = n;
+    is_metering = true;
+}
+
 // All forms in use are replaced: a sanitizer's own would not end in the first ones.
 void* operator new(std::size_t n) {
     if (void* const block = take(n))

@@ -16,11 +16,7 @@ inline std::atomic<int> failing = 0;
 // Counts allocations until stop(), and lets the n-th fail, counted from 1. One section at a time.
 class section final {
 public:
-    explicit section(int n) noexcept {
-        n_asked = n_held = 0;
-        failing = n;
-        is_metering = true;
-    }
+    explicit section(int n) noexcept;
     section& operator=(section&&) = delete;
     ~section() { stop(); }
 

@@ -6,8 +6,7 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-// A folder for each test, reached by a path with characters beyond ASCII. Names are relative to it, with "/"
-// between their components.
+// A folder for each test, on a path beyond ASCII. Names are relative to it, with "/" between components.
 class files_fixture : public testing::Test {
 protected:
     files_fixture() { std::filesystem::create_directory(m_folder); }
