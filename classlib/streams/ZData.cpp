@@ -202,6 +202,10 @@ bool ZData::read(ZRStream& s) {
 
 // Without a block there is nothing to count or to own.
 void ZData::hold(unsigned char* block, int n, bool own) noexcept {
+    // Hosts rely on the places of the fields.
+    static_assert(offsetof(ZData, m_own) == 0 && offsetof(ZData, m_nbytes) == 4 &&
+                  offsetof(ZData, m_data_size) == 8 &&
+                  offsetof(ZData, m_data) == sizeof(ZData) - sizeof(void*));
     m_own = own && block != nullptr;
     m_nbytes = block != nullptr ? std::max(n, 0) : 0;
     m_data_size = m_nbytes;

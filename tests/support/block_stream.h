@@ -2,8 +2,6 @@
 
 #include "classlib/streams/ZRStream.h"
 
-#include <algorithm>
-#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -18,20 +16,15 @@ public:
 
     [[nodiscard]] std::int64_t inq_source_size() const override { return -1; }
 
-    // How often the source was asked for a block.
-    [[nodiscard]] int inq_n_fills() const noexcept { return m_n_fills; }
-
 private:
     bool fill_buffer(const unsigned char*& block, int& size) override {
         const bool is_at_end = m_bytes.empty();
         if (is_at_end)
             set_error(m_at_end);
-        const std::string_view next =
-            m_bytes.substr(0, m_sizes[static_cast<std::size_t>(m_n_fills++) % m_sizes.size()]);
+        const std::string_view next = m_bytes.substr(0, m_sizes[m_n_fills++ % m_sizes.size()]);
         m_bytes.remove_prefix(next.size());
-        m_block = std::make_unique<unsigned char[]>(next.size());
-        std::copy(next.begin(), next.end(), m_block.get());
-        block = m_block.get();
+        m_block = std::vector<unsigned char>(next.begin(), next.end());
+        block = m_block.data();
         size = static_cast<int>(next.size());
         return !is_at_end;
     }
@@ -39,6 +32,6 @@ private:
     std::string_view m_bytes;
     std::vector<std::size_t> m_sizes;
     rstreamerr_t m_at_end;
-    std::unique_ptr<unsigned char[]> m_block;
-    int m_n_fills = 0;
+    std::vector<unsigned char> m_block;
+    std::size_t m_n_fills = 0;
 };

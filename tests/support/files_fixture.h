@@ -6,15 +6,15 @@
 #include <gtest/gtest.h>
 #include <optional>
 
-// A folder for each test, reached by a path with characters beyond ASCII. Names are relative to it, with "/"
-// between their components.
+// A folder for each test, on a path beyond ASCII. Names are relative to it, with "/" between components.
 class files_fixture : public testing::Test {
 protected:
     files_fixture() { std::filesystem::create_directory(m_folder); }
 
     [[nodiscard]] std::filesystem::path path(std::string_view name) const { return m_folder / name; }
-    [[nodiscard]] ZFileLocation file(std::string_view name) const { return location(name, false); }
-    [[nodiscard]] ZFileLocation folder(std::string_view name) const { return location(name, true); }
+    [[nodiscard]] auto units_of(std::string_view name) const { return path(name).string<utf16_t>(); }
+    [[nodiscard]] ZFileLocation file(std::string_view name) const { return {units_of(name).c_str(), false}; }
+    [[nodiscard]] ZFileLocation folder(std::string_view name) const { return {units_of(name).c_str(), true}; }
 
     void make_folder(std::string_view name) const { std::filesystem::create_directory(path(name)); }
     void write(std::string_view name, const std::string& bytes) const { write_file(path(name), bytes); }
@@ -34,10 +34,6 @@ protected:
     }
 
 private:
-    [[nodiscard]] ZFileLocation location(std::string_view name, bool is_folder) const {
-        return {path(name).string<utf16_t>().c_str(), is_folder};
-    }
-
     scratch_folder m_scratch;
     std::filesystem::path m_folder = m_scratch.inq_path() / u"pictures \u00E9\U0001F4F7";
 };

@@ -1,18 +1,21 @@
 #pragma once
 
-#include "classlib/streams/ZData.h"
-#include "platform/utf16.h"
-
+#include <cstdio>
 #include <string>
 
-// A text as the tables write it: printable ASCII as it is, every other unit as <E9> or <20AC>. A null text is
-// an empty text.
-[[nodiscard]] std::string plain(const char* text);
-[[nodiscard]] std::string plain(const utf16_t* text);
+// A text as the tables write it: printable ASCII as it is, other units as <E9> or <20AC>, nothing for null.
+[[nodiscard]] std::string plain(const auto& text) {
+    std::string result;
+    for (const auto* unit = +text; unit != nullptr && *unit != 0; ++unit) {
+        const int value = *unit & (sizeof *unit == 1 ? 0xFF : 0xFFFF);
+        char written[12] = {};
+        std::snprintf(written, sizeof written, value >= 0x20 && value < 0x7F ? "%c" : "<%02X>", value);
+        result += written;
+    }
+    return result;
+}
 
 // The same with the two empty forms told apart: null, '' and 'abc'.
-[[nodiscard]] std::string shown(const char* text);
-[[nodiscard]] std::string shown(const utf16_t* text);
-
-// The bytes in use, as they are.
-[[nodiscard]] std::string bytes_of(const ZData& data);
+[[nodiscard]] std::string shown(const auto& text) {
+    return +text != nullptr ? '\'' + plain(text) + '\'' : "null";
+}

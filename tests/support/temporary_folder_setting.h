@@ -3,13 +3,11 @@
 #include <filesystem>
 #include <optional>
 
-// Makes a folder, which need not exist, the system's temporary folder for this process; undone at the end of
-// its life.
+// Makes a folder, even a missing one, the temporary folder of the process; undone at the end of its life.
 class temporary_folder_setting final {
 public:
     explicit temporary_folder_setting(const std::filesystem::path& folder);
-    temporary_folder_setting(const temporary_folder_setting&) = delete;
-    temporary_folder_setting& operator=(const temporary_folder_setting&) = delete;
+    temporary_folder_setting& operator=(temporary_folder_setting&&) = delete;
     ~temporary_folder_setting();
 
 private:

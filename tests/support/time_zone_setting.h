@@ -7,8 +7,7 @@
 class time_zone_setting final {
 public:
     explicit time_zone_setting(const char* zone);
-    time_zone_setting(const time_zone_setting&) = delete;
-    time_zone_setting& operator=(const time_zone_setting&) = delete;
+    time_zone_setting& operator=(time_zone_setting&&) = delete;
     ~time_zone_setting();
 
 private:

@@ -11,35 +11,29 @@
 // The order of the virtual operations: hosts rely on it.
 namespace {
 
-// The place of a virtual operation in the table of its class. The ABI keeps its offset in the pointer to it,
-// with a mark in the lowest bit on most processors.
-template <typename Operation>
-int slot_of(Operation operation) {
-    return static_cast<int>(std::bit_cast<std::array<std::ptrdiff_t, 2>>(operation)[0] / int{sizeof(void*)});
+using slots_t = std::vector<std::ptrdiff_t>;
+
+// The places of virtual operations in the tables of their classes. The ABI keeps its offset in the pointer to
+// each, with a mark in the lowest bit on most processors.
+template <typename... Operation>
+slots_t slots(Operation... operation) {
+    return {std::bit_cast<std::array<std::ptrdiff_t, 2>>(operation)[0] / std::ptrdiff_t{sizeof(void*)}...};
 }
 
-class source : public ZRStream {
-public:
+struct source : ZRStream {
     using ZRStream::fill_buffer;
 };
 
-TEST(virtual_slots, stand_in_their_order) {
-    constexpr int first = 2; // behind the two forms of the destructor, where there is one
-    EXPECT_EQ(slot_of(&ZWStream::write_bytes), first);
-    EXPECT_EQ(slot_of(&ZRStream::close), first);
-    EXPECT_EQ(slot_of(&ZRStream::seek), first + 1);
-    EXPECT_EQ(slot_of(&ZRStream::inq_source_size), first + 2);
-    EXPECT_EQ(slot_of(&source::fill_buffer), first + 3);
-    EXPECT_EQ(slot_of(&ZPrintable::print_to), first);
-    EXPECT_EQ(slot_of(&ZKV::clone), first);
-    EXPECT_EQ(slot_of(&ZKV::inq_n_elements), first + 1);
-    EXPECT_EQ(slot_of(&ZException::raise), 0);
-    EXPECT_EQ(slot_of(&ZException::describe), 1);
-    EXPECT_EQ(slot_of(&ZProgramErrorOutput::assertion_failure), 0);
-    EXPECT_EQ(slot_of(&ZProgramErrorOutput::warning), 1);
-    EXPECT_EQ(slot_of(&ZProgramErrorOutput::error), 2);
-    EXPECT_EQ(slot_of(&ZProgramErrorOutput::show_report), 3);
-    EXPECT_EQ(slot_of(&ZProgramErrorOutput::output), 4);
+TEST(virtual_slots, stand_in_their_order_behind_two_for_the_destructor_where_there_is_one) {
+    EXPECT_EQ(slots(&ZWStream::write_bytes, &ZPrintable::print_to), (slots_t{2, 2}));
+    EXPECT_EQ(slots(&ZRStream::close, &ZRStream::seek, &ZRStream::inq_source_size, &source::fill_buffer),
+              (slots_t{2, 3, 4, 5}));
+    EXPECT_EQ(slots(&ZKV::clone, &ZKV::inq_n_elements), (slots_t{2, 3}));
+    EXPECT_EQ(slots(&ZException::raise, &ZException::describe), (slots_t{0, 1}));
+    using output_t = ZProgramErrorOutput;
+    EXPECT_EQ(slots(&output_t::assertion_failure, &output_t::warning, &output_t::error,
+                    &output_t::show_report, &output_t::output),
+              (slots_t{0, 1, 2, 3, 4}));
 }
 
 } // namespace

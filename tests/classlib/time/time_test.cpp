@@ -3,6 +3,7 @@
 #include "tests/support/shown_text.h"
 #include "tests/support/time_zone_setting.h"
 
+#include <bit>
 #include <gtest/gtest.h>
 #include <tuple>
 
@@ -24,30 +25,27 @@ ZDateTime filled() {
     return d;
 }
 
-TEST(date_time, a_time_value_fills_every_field) {
-    using row_t = std::tuple<const char*, std::uint32_t, fields_t>;
-    for (const auto& [name, time, want] : {row_t{"UTC0", 951782400, {2000, 2, 29, 2, 0, 0, 0, 0, 951782400}},
-                                           {"UTC0", 4294967295, {2106, 2, 7, 0, 6, 28, 15, 0, 4294967295}},
-                                           {"EST5", 0, {1969, 12, 31, 3, 19, 0, 0, 0, 0}}}) {
+TEST(date_time, a_time_value_or_a_text_fills_every_field) {
+    for (const auto& [name, time, want] :
+         {std::tuple("UTC0", 4294967295, fields_t{2106, 2, 7, 0, 6, 28, 15, 0, 4294967295}),
+          {"CET-1CEST", 1784370600, {2026, 7, 18, 6, 12, 30, 0, 0, 1784370600}}, // daylight saving
+          {"CET-1CEST", 1768735800, {2026, 1, 18, 0, 12, 30, 0, 0, 1768735800}},
+          {"EST5", 0, {1969, 12, 31, 3, 19, 0, 0, 0, 0}}}) {
         const time_zone_setting zone(name);
         ZDateTime date = filled();
-        date.set_time(time);
+        date.set_time(static_cast<std::uint32_t>(time));
         EXPECT_EQ(fields_of(date), want) << name;
+        EXPECT_TRUE(date.parse(date.format("%d/%m/%Y %H:%M"), 3));
+        EXPECT_EQ(date.m_time, time / 60 * 60);
     }
-}
-
-TEST(date_time, parsing) {
     const time_zone_setting zone("UTC0");
     using row_t = std::tuple<const char*, int, bool, fields_t>;
     const row_t rows[] = {
         {" 1/ 2/75 and more", -7, true, {1975, 2, 1, 0, 0, 0, 0, 0, 160444800}},
         {"2026-11-18", 2, true, {2026, 11, 18, 0, 0, 0, 0, 0, 1794960000}},
-        {"18/11/2026 14:05", 3, true, {2026, 11, 18, 0, 14, 5, 0, 0, 1795010700}},
         {"1/1/49", 1, true, {2049, 1, 1, 0, 0, 0, 0, 0, 2493072000}},
         {"1/1/50", 1, true, {1950, 1, 1, 0, 0, 0, 0, 0, -1}},
-        // Kept, and the same moment as 3 March.
-        {"31/2/2026", 1, true, {2026, 2, 31, 0, 0, 0, 0, 0, 1772496000}},
-        {"1/1/3001", 1, true, {3001, 1, 1, 0, 0, 0, 0, 0, -1}},
+        {"31/2/2026", 1, true, {2026, 2, 31, 0, 0, 0, 0, 0, 1772496000}}, // kept, and 3 March
         {"1/-2147483648/2147483647", 1, true, {2147483647, -2147483648, 1, 0, 0, 0, 0, 0, -1}},
         {"18/11", 1, false, {1, 11, 18, 0, 0, 0, 0, 0, 9}},
         {nullptr, 2, false, {1, 2, 3, 0, 0, 0, 0, 0, 9}}};
@@ -62,20 +60,12 @@ TEST(date_time, formatting) {
     const time_zone_setting zone("UTC0");
     ZDateTime date;
     date.set_time(1772690709);
-    const std::string longest(127, 'x');
     EXPECT_EQ(plain(date.inq_long_text()), "06:05 Thursday 05 March 2026");
-    EXPECT_EQ(plain(date.inq_long_date()), "Thursday 05 March 2026");
     EXPECT_EQ(plain(date.inq_timestamp()), "Thu 05-Mar-2026 06:05:09");
     EXPECT_EQ(plain(date.inq_short_date()), "05/03/2026");
-    EXPECT_EQ(plain(date.inq_iso_date()), "2026-03-05");
-    EXPECT_EQ(plain(date.format("%d\xE9%%")), "05<E9>%");
-    EXPECT_EQ(plain(date.format(nullptr)), "");
-    EXPECT_EQ(plain(date.format(longest.c_str())), longest);
-    EXPECT_EQ(plain(date.format((longest + 'x').c_str())), "");
-    std::tm fields{};
-    fields.tm_yday = fields.tm_isdst = 77;
-    date.to_tm(fields);
-    EXPECT_TRUE(fields.tm_year == 126 && fields.tm_mon == 2 && fields.tm_yday == 77 && fields.tm_isdst == 77);
+    EXPECT_EQ(plain(date.format("%d\xE9%%")) + plain(date.format(nullptr)), "05<E9>%");
+    EXPECT_EQ(date.format(std::string(127, 'x').c_str()).length(), 127);
+    EXPECT_EQ(date.format(std::string(128, 'x').c_str()).length(), 0);
 }
 
 // In the zone that the process starts in: not every system's clock follows a change.
@@ -90,12 +80,9 @@ TEST(date_time, now_is_the_local_time_of_the_clock_and_the_seed_that_has_no_bits
         after.set_now();
     } while (fields_of(before) != fields_of(after));
     const auto seconds = static_cast<std::uint32_t>(before.m_time);
-    const auto milliseconds = static_cast<std::uint32_t>(before.m_millisecond);
-    const std::uint32_t seed = milliseconds << 8 ^ (seconds >> 16 | seconds << 16);
+    const std::uint32_t seed = static_cast<std::uint32_t>(before.m_millisecond) << 8 ^ std::rotl(seconds, 16);
     EXPECT_EQ(static_cast<std::uint32_t>(value), seed & 0x7FFFFFFF);
-    EXPECT_LE(milliseconds, 999U);
-    EXPECT_LE(start, before.m_time + 1); // the system's two clocks may differ by a tick
-    EXPECT_LE(before.m_time, std::time(nullptr) + 1);
+    EXPECT_LE(std::abs(before.m_time - start), 60);
     after.set_time(seconds);
     after.m_millisecond = before.m_millisecond;
     EXPECT_EQ(fields_of(before), fields_of(after));
@@ -111,7 +98,6 @@ TEST(random, values_and_their_parts) {
     EXPECT_EQ(random.next_u16(), 0x41A7);
     EXPECT_EQ(random.next_byte(), 0x00); // the third byte of the same value
     EXPECT_EQ(ZRandom(1).next_double(), 16806 / 2147483647.0);
-    EXPECT_EQ(ZRandom(1).next_u32(), 0x41A73AF1U);
     random.set_seed(1);
     for (int step = 0; step < 10000; ++step)
         random.advance();
@@ -119,7 +105,6 @@ TEST(random, values_and_their_parts) {
     EXPECT_EQ(random.set_seed(-1), 0x7FFFFFFF);
     random.advance();
     EXPECT_EQ(random.inq_value(), 0x7FFFFFFF);
-    EXPECT_EQ(&ZRandom::instance(), &ZRandom::instance());
 }
 
 } // namespace

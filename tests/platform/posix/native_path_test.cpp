@@ -10,19 +10,17 @@ namespace {
 
 TEST(native_path, a_path_that_is_too_long_leads_nowhere) {
     // So many separators lead to the root folder, up to the longest path that the system takes.
-    for (const std::size_t length : {PATH_MAX - 1UL, PATH_MAX + 0UL, 3UL * PATH_MAX}) {
-        const std::basic_string<utf16_t> path(length, utf16_t(u'\\'));
+    for (const auto& [length, want] : {std::pair(PATH_MAX - 1, 0), {PATH_MAX, ENAMETOOLONG}}) {
+        const std::basic_string<utf16_t> path(static_cast<std::size_t>(length), utf16_t(u'\\'));
         errno = 0;
-        const bool is_folder = platform::inq_entry_kind(path.c_str()) == platform::entry_kind_t::folder;
-        EXPECT_EQ(is_folder, length < PATH_MAX);
-        EXPECT_EQ(errno, is_folder ? 0 : ENAMETOOLONG);
+        EXPECT_EQ(platform::inq_entry_kind(path.c_str()) == platform::entry_kind_t::folder, want == 0);
+        EXPECT_EQ(errno, want);
     }
 }
 
 TEST(temporary_folder, ends_with_a_separator_and_is_never_nameless) {
-    const std::pair<const char*, const char*> rows[] = {
-        {"/var/tmp", R"(\var\tmp\)"}, {"/\xC3\xA9/", R"(\<E9>\)"}, {"", R"(\tmp\)"}};
-    for (const auto& [variable, want] : rows) {
+    for (const auto& [variable, want] :
+         {std::pair("/var/tmp", R"(\var\tmp\)"), {"/\xC3\xA9/", R"(\<E9>\)"}, {"", R"(\tmp\)"}}) {
         const temporary_folder_setting setting(variable);
         EXPECT_EQ(plain(platform::inq_temporary_folder().c_str()), want);
     }

@@ -6,16 +6,11 @@
 // Other processes have no such rights to lose.
 class without_privileges final {
 public:
-    without_privileges() noexcept : m_is_superuser(::geteuid() == 0 && ::seteuid(nobody) == 0) {}
-    without_privileges(const without_privileges&) = delete;
-    without_privileges& operator=(const without_privileges&) = delete;
-    ~without_privileges() {
-        if (m_is_superuser)
-            static_cast<void>(::seteuid(0));
-    }
+    without_privileges() noexcept { become(::getuid() == 0 ? nobody : ::getuid()); }
+    without_privileges& operator=(without_privileges&&) = delete;
+    ~without_privileges() { become(::getuid()); }
 
 private:
+    static void become(uid_t user) noexcept { static_cast<void>(::seteuid(user)); }
     static constexpr uid_t nobody = 65534;
-
-    bool m_is_superuser;
 };

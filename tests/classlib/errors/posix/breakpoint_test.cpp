@@ -8,23 +8,18 @@
 namespace {
 
 class breaking_reporter final : public ZProgramErrorOutput {
-public:
-    bool show_report(const ZUString&) override { return true; }
+    bool show_report(const ZUString& /*report*/) override { return true; }
 };
 
 TEST(breakpoint, follows_the_report_when_the_reporter_asks_for_it) {
-    breaking_reporter reporter;
-    set_program_error_output(&reporter);
-    const bool holds = false;
-    EXPECT_EXIT(ZASSERT(holds), testing::KilledBySignal(SIGTRAP), "");
-    EXPECT_EXIT(ZWARNING(UTF16("careful")), testing::KilledBySignal(SIGTRAP), "");
-    set_program_error_output(nullptr);
-}
-
-TEST(default_reporter, prints_utf8) {
     testing::internal::CaptureStdout();
     program_output(UTF16("\u00E9\U0001F4F7"));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xC3\xA9\xF0\x9F\x93\xB7");
+    breaking_reporter reporter;
+    set_program_error_output(&reporter);
+    EXPECT_EXIT(ZASSERT(false), testing::KilledBySignal(SIGTRAP), "");
+    EXPECT_EXIT(ZWARNING(UTF16("careful")), testing::KilledBySignal(SIGTRAP), "");
+    set_program_error_output(nullptr);
 }
 
 } // namespace

