@@ -18,6 +18,7 @@ void ZRStream::set_buffer(const unsigned char* block, int size) noexcept {
         return;
     m_buffer = block;
     m_size = size;
+    m_without_cr = 0;
 }
 
 void ZRStream::set_position(int index, int position, int line) noexcept {
@@ -26,6 +27,7 @@ void ZRStream::set_position(int index, int position, int line) noexcept {
     m_index = index;
     m_position = position;
     m_line = line;
+    m_without_cr = 0;
 }
 
 void ZRStream::count_lines(const unsigned char* bytes, int n) noexcept {
@@ -61,6 +63,7 @@ void ZRStream::drop_block() noexcept {
     m_buffer = nullptr;
     m_size = 0;
     m_index = 0;
+    m_without_cr = 0;
 }
 
 int ZRStream::peek_bytes(void* dst, int n) {

@@ -214,6 +214,7 @@ private:
     ZRStream& extract_integer(T& v);
     template <typename Predicate>
     void collect_while(Predicate is_wanted, ZData& collected);
+    [[nodiscard]] bool has_cr_before(const unsigned char* end) noexcept;
     bool collect_line(ZString& out);
     void consume_line(const unsigned char* first, const unsigned char* line_feed, const unsigned char* last);
     bool take_wide_unit(unsigned int& unit);
@@ -224,6 +225,7 @@ private:
     std::int32_t m_position = 0;
     std::int32_t m_line = 0;
     rstreamerr_t m_error = rstreamerr_ok;
+    std::int32_t m_without_cr = 0; // from the cursor to this index no carriage return stands in the block
 };
 
 // A value has as many bytes as its binary form. One that lies in the block is read where it is.

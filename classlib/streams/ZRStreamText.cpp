@@ -312,11 +312,25 @@ bool ZRStream::read_line(ZString& out) {
     const unsigned char* const first = m_buffer + m_index;
     const unsigned char* const last = m_buffer + m_size;
     const unsigned char* const line_feed = find_byte(first, last, '\n');
-    if (line_feed == last || find_byte(first, line_feed, '\r') != line_feed)
+    if (line_feed == last || has_cr_before(line_feed))
         return collect_line(out);
     assign(out, first, line_feed - first); // most lines lie in one block and are copied once
-    consume_line(first, line_feed, last);
+    consume(static_cast<int>(line_feed - first) + 1);
+    count(m_line, 1);
     return true;
+}
+
+// Whether a carriage return stands between the cursor and a place in the block. Looks some lines ahead, since
+// most text has none at all.
+bool ZRStream::has_cr_before(const unsigned char* end) noexcept {
+    constexpr std::ptrdiff_t most_ahead = 4096;
+    const unsigned char* const last = m_buffer + m_size;
+    if (m_buffer + m_without_cr < end) {
+        const unsigned char* const found =
+            find_byte(m_buffer + m_index, last - end > most_ahead ? end + most_ahead : last, '\r');
+        m_without_cr = static_cast<std::int32_t>(found - m_buffer);
+    }
+    return m_buffer + m_without_cr < end;
 }
 
 // Reads a line that goes on in the next block, or has carriage returns to be left out.
