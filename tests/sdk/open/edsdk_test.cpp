@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <random>
 #include <string_view>
 #include <tuple>
 
@@ -58,16 +57,13 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
     constexpr auto frame = "\xff\xc3";
     constexpr auto scan = "\xff\xda";
     const std::tuple<const char*, const char*, damage> rows[] = {
-        {"a TIFF of another maker", cr2, patch("CR\2", 0, "XX")},
         {"metadata alone", cr2, cut_off(258'000)},
         {"blanked codes", cr2, fill(190'000, '\0')},
-        {"filled codes", cr2, fill(190'000, '\x55')},
         {"no start of image", cr2, patch("\xff\xd8", 0, "  ")},
         {"table with too many codes", cr2, patch(table, 5, "\3\3")},
         {"table without codes", cr2, patch(table, 5, std::string(16, '\0'))},
         {"table with an impossible difference", cr2, patch(table, 21, "\x1f")},
         {"table for something else", cr2, patch(table, 4, "\x13")},
-        {"table cut short", cr2, patch(table, 3, "\x11")},
         {"frame of a lossy picture", cr2, patch(frame, 1, "\xc0")},
         {"frame with impossible precision", cr2, patch(frame, 4, "\x11")},
         {"scan of a missing table", cr2, patch(scan, 6, "0")},
@@ -91,23 +87,6 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         EXPECT_TRUE(!reason.empty() && reason.find("cannot") == std::string::npos) << reason;
         EXPECT_EQ(list_folder(folder.inq_path()).size(), 1U);
     }
-}
-
-// Metadata is no reason to refuse a picture. Bytes in front of the preview of a .cr2 are struck at random,
-// but not those that place the pixel data; whether it is still taken for one is up to what was struck.
-TEST(damaged_input, damaged_metadata_harm_nothing) {
-    const scratch_folder folder;
-    const auto raw = folder.inq_path() / "damaged.cr2";
-    int n_converted = 0;
-    std::minstd_rand random(1);
-    for (int round = 0; round < 60; ++round) {
-        std::string bytes = read_file(sample("5d2_1comp.cr2"));
-        for (int strike = 0; strike < 8; ++strike)
-            bytes[16 + random() % 700] = static_cast<char>(random() % 4 == 0 ? 0xff : random() % 256);
-        write_file(raw, bytes);
-        n_converted += convert(raw, folder.inq_path() / "out.tif").empty() ? 1 : 0;
-    }
-    EXPECT_GT(n_converted, 20);
 }
 
 } // namespace

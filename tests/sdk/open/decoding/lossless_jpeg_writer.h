@@ -50,13 +50,11 @@ public:
         put_headers();
         const std::size_t step = m_plan.components;
         const std::size_t pitch = m_plan.width * step;
-        unsigned n_restarts = 0;
-        bool is_afresh = true;
-        for (unsigned line = 0; line < m_plan.height; ++line, is_afresh = false) {
-            if (m_plan.restart_lines != 0 && line != 0 && line % m_plan.restart_lines == 0) {
-                put_marker(0xd0 + n_restarts++ % 8);
-                is_afresh = true;
-            }
+        const unsigned interval = m_plan.restart_lines == 0 ? m_plan.height : m_plan.restart_lines;
+        for (unsigned line = 0; line < m_plan.height; ++line) {
+            const bool is_afresh = line % interval == 0;
+            if (is_afresh && line != 0)
+                put_marker(0xd0 + (line / interval - 1) % 8);
             for (std::size_t at = 0; at < pitch; ++at) {
                 const std::uint16_t* const sample = &samples[line * pitch + at];
                 const int left = at < step ? 1 << (m_plan.precision - 1) : *(sample - step);
