@@ -5,12 +5,10 @@
  * handles numbered as they were given out. Arguments that no SDK need put up with are marked there, and
  * refused. EDSDK.orders, where there is one, says which calls fail: "3 97" lets the third one answer 97.
  *
- * The TIFF that it writes has one row of grey pixels with 16 bits: the bytes of the raw file. */
-#include <io.h>
+ * The TIFF that it writes has one grey pixel of 16 bits. */
 #include <stdarg.h>
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <windows.h>
 
 #define SDK uint32_t __stdcall
@@ -22,8 +20,6 @@ typedef enum { released, input, image, output } kind_t;
 typedef struct __EdsObject {
     kind_t kind;
     FILE* file;
-    char* bytes;
-    size_t size;
 } object_t;
 
 typedef struct {
@@ -31,11 +27,6 @@ typedef struct {
     object_t* profile;
     uint32_t reserved;
 } settings_t;
-
-typedef struct {
-    uint16_t tag, type;
-    uint32_t count, value;
-} field_t;
 
 static object_t objects[max_objects];
 static int n_objects, n_calls;
@@ -102,19 +93,18 @@ SDK EdsCreateFileStream(const char* path, uint32_t disposition, uint32_t access,
     if (file == NULL)
         return not_found;
     *stream = &objects[n_objects++];
-    **stream = (object_t){is_input ? input : output, file, NULL, 0};
+    **stream = (object_t){is_input ? input : output, file};
     return 0;
 }
 
 SDK EdsCreateImageRef(object_t* stream, object_t** picture) {
     const int from = number_of(stream, input);
     const uint32_t code = call(from > 0 && picture != NULL, "EdsCreateImageRef(#%d)", from);
-    if (code != 0)
-        return code;
-    const size_t size = (size_t)_filelength(_fileno(stream->file));
-    *picture = &objects[n_objects++];
-    **picture = (object_t){image, NULL, calloc(size + 1, 1), size}; /* which goes with the process */
-    return fread((*picture)->bytes, 1, size, stream->file) == size ? 0 : refused;
+    if (code == 0) {
+        *picture = &objects[n_objects++];
+        **picture = (object_t){image, NULL};
+    }
+    return code;
 }
 
 SDK EdsSaveImage(object_t* picture, uint32_t target, settings_t settings, object_t* stream) {
@@ -122,16 +112,17 @@ SDK EdsSaveImage(object_t* picture, uint32_t target, settings_t settings, object
     const int is_default = settings.jpeg_quality == 0 && settings.profile == NULL && settings.reserved == 0;
     const int is_sound = from > 0 && to > 0 && is_default;
     const uint32_t code = call(is_sound, "EdsSaveImage(#%d, %u, #%d)", from, target, to);
-    if (code != 0)
-        return code;
-    const uint32_t n_pixels = (uint32_t)(picture->size + 1) / 2;
-    const field_t fields[] = {{256, 4, 1, n_pixels}, {257, 3, 1, 1}, {258, 3, 1, 16},
-                              {259, 3, 1, 1},        {262, 3, 1, 1}, {273, 4, 1, 122},
-                              {277, 3, 1, 1},        {278, 3, 1, 1}, {279, 4, 1, 2 * n_pixels}};
-    fwrite("II*\0\10\0\0\0\11", 10, 1, stream->file);
-    fwrite(fields, sizeof fields, 1, stream->file);
-    fwrite("\0\0\0", 4, 1, stream->file);
-    return fwrite(picture->bytes, 2, n_pixels, stream->file) == n_pixels ? 0 : refused;
+    static const struct {
+        uint16_t tag, type;
+        uint32_t count, value;
+    } fields[] = {{256, 4, 1, 1}, {257, 3, 1, 1}, {258, 3, 1, 16}, {259, 3, 1, 1}, {262, 3, 1, 1},
+                  {273, 4, 1, 8}, {277, 3, 1, 1}, {278, 3, 1, 1},  {279, 4, 1, 2}};
+    if (code == 0) {
+        fwrite("II*\0\12\0\0\0\0\200\11", 12, 1, stream->file); /* with the pixel in it */
+        fwrite(fields, sizeof fields, 1, stream->file);
+        fwrite("\0\0\0", 4, 1, stream->file);
+    }
+    return code;
 }
 
 SDK EdsRelease(object_t* object) {
