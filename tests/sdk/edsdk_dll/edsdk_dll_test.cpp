@@ -5,35 +5,28 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <numeric>
 #include <process.h>
-#include <string>
-#include <vector>
 #include <windows.h>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-const std::vector<std::string> whole_run = {
-    "EdsInitializeSDK()\n",
-    "EdsCreateFileStream(RAW, 2, 2)\n",
-    "EdsCreateImageRef(#1)\n",
-    "EdsRelease(#1)\n",
-    "EdsCreateFileStream(TIFF, 1, 1)\n",
-    "EdsSaveImage(#2, 8, #3)\n",
-    "EdsRelease(#3)\n",
-    "EdsRelease(#2)\n",
-    "EdsTerminateSDK()\n",
-};
+const std::vector<std::string> whole_run = {"EdsInitializeSDK()\n",
+                                            "EdsCreateFileStream(\U0001F4F7.CR2, 2, 2)\n",
+                                            "EdsCreateImageRef(#1)\n",
+                                            "EdsRelease(#1)\n",
+                                            "EdsCreateFileStream(\uFFFD.tif, 1, 1)\n",
+                                            "EdsSaveImage(#2, 8, #3)\n",
+                                            "EdsRelease(#3)\n",
+                                            "EdsRelease(#2)\n",
+                                            "EdsTerminateSDK()\n"};
 
-// A location as a host knows it that has nothing but the library's file.
-struct location_t {
-    const wchar_t* volume;
-    const wchar_t* folder;
-    const wchar_t* name;
-};
+// A location as a host knows it that has nothing but the library's file: volume, folder and name.
+using location_t = std::array<const wchar_t*, 3>;
 using convert_t = int(const location_t& raw, const location_t& tiff);
 
 bool is_tiff(const fs::path& file) {
@@ -74,20 +67,15 @@ protected:
                           nullptr);
     }
 
-    // The calls of the last conversion, with names for the paths; the copy has some name in the temporary
-    // folder.
+    // The calls of the last conversion, without the folder in the paths and the copy's random name.
     [[nodiscard]] std::string calls() const {
         std::string calls = read_file(m_folder / "EDSDK.log");
-        const auto rename = [&calls](const fs::path& path, std::size_t n_more, const char* name) {
-            const std::u8string text = path.u8string();
-            const std::size_t at = calls.find(std::string(text.begin(), text.end()));
-            if (at != std::string::npos)
-                calls.replace(at, text.size() + n_more, name);
-        };
-        rename(m_raw, 0, "RAW");
-        rename(m_tiff, 0, "TIFF");
-        rename(m_temporary / "KW-", std::string_view("K9P34Y6N3WD25RQ4F5ZR.tiff").size(), "COPY");
-        return calls;
+        const std::u8string folder = (m_folder / "").u8string();
+        const std::string erased(folder.begin(), folder.end());
+        for (std::size_t at = 0; (at = calls.find(erased, at)) != std::string::npos;)
+            calls.erase(at, erased.size());
+        const std::size_t copy = calls.find("KW-");
+        return copy == std::string::npos ? calls : calls.replace(copy, 23, "COPY");
     }
 
     const scratch_folder m_scratch;
@@ -96,7 +84,7 @@ protected:
     const fs::path m_sdk = m_folder / "EDSDK.dll";
     const fs::path m_host = m_folder / "host" / "host.exe";
     const fs::path m_temporary = m_folder / u8"tmp \u00E4";
-    const fs::path m_raw = m_folder / u8"\U0001F4F7 \u65E5.CR2";
+    const fs::path m_raw = m_folder / u8"\U0001F4F7.CR2";
     const fs::path m_tiff = m_folder / u8"\uFFFD.tif";
     const temporary_folder_setting m_setting{m_temporary};
 };
@@ -115,7 +103,7 @@ TEST_F(edsdk_dll_test, fails_cleanly_whichever_call_fails) {
     for (const bool is_by_copy : {false, true}) {
         auto run = whole_run;
         if (is_by_copy)
-            run.insert(run.begin() + 2, "EdsCreateFileStream(COPY, 2, 2)\n");
+            run.insert(run.begin() + 2, "EdsCreateFileStream(tmp \u00E4\\COPY.tiff, 2, 2)\n");
         std::string beginning;
         for (std::size_t n = 1; n <= run.size(); ++n) {
             beginning += run[n - 1];
@@ -170,9 +158,6 @@ TEST_F(edsdk_dll_test,
 }
 
 TEST(failure_reason, is_that_of_the_first_failure_that_cannot_be_got_around) {
-    EXPECT_NE(EdsInitializeSDK(), eds_ok);
-    EXPECT_NE(EdsTerminateSDK(), eds_ok);
-    EXPECT_EQ(inq_sdk_failure_reason(), "EDSDK.dll is in neither the library's folder nor the application's");
     edsdk_dll::forget_failure_reason();
     for (const eds_error_t error : {eds_file_not_found, 0x61U, 0x62U})
         edsdk_dll::keep_failed_call("EdsSaveImage", error);
