@@ -4,9 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <dlfcn.h>
-#include <filesystem>
-#include <memory>
-#include <string>
 
 namespace {
 
@@ -15,22 +12,17 @@ using location_t = std::array<const char16_t*, 3>;
 using convert_t = int(const location_t& raw, const location_t& tiff);
 using shared_library_test = files_fixture;
 
-// With the open SDK in it. Memory runs out wherever C++ asks for it; what is taken from malloc is not
-// covered.
+// With the open SDK in it. Memory runs out wherever C++ asks for it, but not what is taken from malloc.
 TEST_F(shared_library_test, converts_for_a_host_that_loads_it_or_fails_cleanly_without_memory) {
-    // The thread runtime that the decoder brings along forgets a few bytes when it is unloaded, so it stays.
-    ::dlopen("libgomp.so.1", RTLD_NOW | RTLD_NODELETE);
-    const std::unique_ptr<void, int (*)(void*)> library(::dlopen(SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL),
-                                                        ::dlclose);
+    void* const library = ::dlopen(SHARED_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     ASSERT_NE(library, nullptr) << ::dlerror();
-    auto* const convert = reinterpret_cast<convert_t*>(::dlsym(library.get(), "convert_raw_to_tiff"));
+    auto* const convert = reinterpret_cast<convert_t*>(::dlsym(library, "convert_raw_to_tiff"));
 
     std::filesystem::copy_file(SAMPLE_FILE, path("1.CR2"));
     std::u16string folder = path("").u16string();
     std::ranges::replace(folder, u'/', u'\\');
     const location_t raw{nullptr, folder.c_str(), u"1.CR2"};
     const location_t tiff{u"", folder.c_str(), u"\u0442 2.tif"};
-    EXPECT_EQ(convert({nullptr, nullptr, nullptr}, tiff), 10);
 
     bool has_failed = true;
     for (int n = 1; has_failed; ++n) {

@@ -1,29 +1,21 @@
 /* Stands in for the camera maker's EDSDK.dll, written from what is known of its functions and without a line
- * of ours.
- *
- * Each call is a line of EDSDK.log, beside this library, with the bytes of a path as they came and the
- * handles numbered as they were given out. Arguments that no SDK need put up with are marked there, and
- * refused. EDSDK.orders, where there is one, says which calls fail: "3 97" lets the third one answer 97.
- *
- * The TIFF that it writes has one row of grey pixels with 16 bits: the bytes of the raw file. */
-#include <io.h>
+ * of ours. Each call is a line of EDSDK.log, beside this library, with the bytes of a path as they came and
+ * the handles numbered as they were given out. Arguments that no SDK need put up with are marked there, and
+ * refused. EDSDK.orders, where there is one, says which calls fail: "3 97" lets the third one answer 97. */
 #include <stdarg.h>
 #include <stdint.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <windows.h>
 
 #define SDK uint32_t __stdcall
 
-enum { max_objects = 8, not_found = 34, refused = 96 };
+enum { not_found = 34, refused = 96 };
 
 typedef enum { released, input, image, output } kind_t;
 
 typedef struct __EdsObject {
     kind_t kind;
     FILE* file;
-    char* bytes;
-    size_t size;
 } object_t;
 
 typedef struct {
@@ -32,13 +24,8 @@ typedef struct {
     uint32_t reserved;
 } settings_t;
 
-typedef struct {
-    uint16_t tag, type;
-    uint32_t count, value;
-} field_t;
-
-static object_t objects[max_objects];
-static int n_objects, n_calls;
+static object_t objects[3]; /* as many as a conversion needs */
+static int n_objects, n_open, n_calls;
 
 static FILE* open_beside(const wchar_t* ending, const wchar_t* mode) {
     wchar_t path[MAX_PATH];
@@ -47,14 +34,10 @@ static FILE* open_beside(const wchar_t* ending, const wchar_t* mode) {
     return _wfopen(path, mode);
 }
 
-static uint32_t inq_order(void) {
-    FILE* const orders = open_beside(L".orders", L"r");
-    unsigned call = 0, code = 0, order = 0;
-    while (orders != NULL && fscanf(orders, "%u %u", &call, &code) == 2)
-        order = call == (unsigned)n_calls ? code : order;
-    if (orders != NULL)
-        fclose(orders);
-    return order;
+static object_t* make_object(kind_t kind, FILE* file) {
+    objects[n_objects] = (object_t){kind, file};
+    ++n_open;
+    return &objects[n_objects++];
 }
 
 /* The number of an open handle of this kind; 0 for every other value. */
@@ -67,7 +50,8 @@ static int number_of(const object_t* object, kind_t kind) {
 
 /* Logs a call, and says what it is to answer. */
 static uint32_t call(int is_sound, const char* format, ...) {
-    FILE* const log = open_beside(L".log", L"ab");
+    FILE *const log = open_beside(L".log", L"ab"), *const orders = open_beside(L".orders", L"r");
+    int number = 0, code = 0, order = 0;
     va_list arguments;
     va_start(arguments, format);
     vfprintf(log, format, arguments);
@@ -75,7 +59,11 @@ static uint32_t call(int is_sound, const char* format, ...) {
     fputs(is_sound ? "\n" : " BAD ARGUMENTS\n", log);
     fclose(log);
     ++n_calls;
-    return is_sound ? inq_order() : refused;
+    while (orders != NULL && fscanf(orders, "%d %d", &number, &code) == 2)
+        order = number == n_calls ? code : order;
+    if (orders != NULL)
+        fclose(orders);
+    return is_sound ? (uint32_t)order : refused;
 }
 
 SDK EdsInitializeSDK(void) {
@@ -83,55 +71,39 @@ SDK EdsInitializeSDK(void) {
 }
 
 SDK EdsTerminateSDK(void) {
-    int n_open = 0;
-    for (int i = 0; i < n_objects; ++i)
-        n_open += objects[i].kind != released;
     return call(n_open == 0, "EdsTerminateSDK()");
 }
 
 SDK EdsCreateFileStream(const char* path, uint32_t disposition, uint32_t access, object_t** stream) {
     const int is_input = disposition == 2 && access == 2, is_output = disposition == 1 && access == 1;
-    const int is_sound =
-        (is_input || is_output) && *path != '\0' && stream != NULL && n_objects < max_objects;
+    const int is_sound = (is_input || is_output) && n_objects < 3;
     const uint32_t code = call(is_sound, "EdsCreateFileStream(%s, %u, %u)", path, disposition, access);
     wchar_t wide[4096] = L"";
-    if (code != 0)
-        return code;
     MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path, -1, wide, 4096);
-    FILE* const file = _wfopen(wide, is_input ? L"rb" : L"wb");
-    if (file == NULL)
-        return not_found;
-    *stream = &objects[n_objects++];
-    **stream = (object_t){is_input ? input : output, file, NULL, 0};
-    return 0;
+    FILE* const file = code == 0 ? _wfopen(wide, is_input ? L"rb" : L"wb") : NULL;
+    if (file != NULL)
+        *stream = make_object(is_input ? input : output, file);
+    return code == 0 && file == NULL ? not_found : code;
 }
 
 SDK EdsCreateImageRef(object_t* stream, object_t** picture) {
     const int from = number_of(stream, input);
-    const uint32_t code = call(from > 0 && picture != NULL, "EdsCreateImageRef(#%d)", from);
-    if (code != 0)
-        return code;
-    const size_t size = (size_t)_filelength(_fileno(stream->file));
-    *picture = &objects[n_objects++];
-    **picture = (object_t){image, NULL, calloc(size + 1, 1), size}; /* which goes with the process */
-    return fread((*picture)->bytes, 1, size, stream->file) == size ? 0 : refused;
+    const uint32_t code = call(from > 0 && n_objects < 3, "EdsCreateImageRef(#%d)", from);
+    if (code == 0)
+        *picture = make_object(image, NULL);
+    return code;
 }
 
 SDK EdsSaveImage(object_t* picture, uint32_t target, settings_t settings, object_t* stream) {
     const int from = number_of(picture, image), to = number_of(stream, output);
     const int is_default = settings.jpeg_quality == 0 && settings.profile == NULL && settings.reserved == 0;
-    const int is_sound = from > 0 && to > 0 && is_default;
-    const uint32_t code = call(is_sound, "EdsSaveImage(#%d, %u, #%d)", from, target, to);
-    if (code != 0)
-        return code;
-    const uint32_t n_pixels = (uint32_t)(picture->size + 1) / 2;
-    const field_t fields[] = {{256, 4, 1, n_pixels}, {257, 3, 1, 1}, {258, 3, 1, 16},
-                              {259, 3, 1, 1},        {262, 3, 1, 1}, {273, 4, 1, 122},
-                              {277, 3, 1, 1},        {278, 3, 1, 1}, {279, 4, 1, 2 * n_pixels}};
-    fwrite("II*\0\10\0\0\0\11", 10, 1, stream->file);
-    fwrite(fields, sizeof fields, 1, stream->file);
-    fwrite("\0\0\0", 4, 1, stream->file);
-    return fwrite(picture->bytes, 2, n_pixels, stream->file) == n_pixels ? 0 : refused;
+    const uint32_t code = call(from && to && is_default, "EdsSaveImage(#%d, %u, #%d)", from, target, to);
+    /* The header, one grey pixel of 16 bits, and the nine fields that such a picture needs. */
+    static const uint16_t tiff[] = {0x4949, 42, 10,  0, 0x8000, 9, 256, 4, 1,   0, 1,   0, 257, 3, 1,   0,
+                                    1,      0,  258, 3, 1,      0, 16,  0, 259, 3, 1,   0, 1,   0, 262, 3,
+                                    1,      0,  1,   0, 273,    4, 1,   0, 8,   0, 277, 3, 1,   0, 1,   0,
+                                    278,    3,  1,   0, 1,      0, 279, 4, 1,   0, 2,   0, 0,   0};
+    return code == 0 && fwrite(tiff, sizeof tiff, 1, stream->file) != 1 ? refused : code;
 }
 
 SDK EdsRelease(object_t* object) {
@@ -141,5 +113,6 @@ SDK EdsRelease(object_t* object) {
         fclose(object->file);
     if (is_sound)
         object->kind = released;
+    n_open -= is_sound;
     return call(is_sound, "EdsRelease(#%d)", number);
 }

@@ -2,22 +2,43 @@
 
 #include "conversion/edsdk.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 // A raw file below samples/synthetic, by its name.
-[[nodiscard]] std::filesystem::path sample(const std::string& name);
+inline std::filesystem::path sample(const std::string& name) {
+    return std::filesystem::path(SAMPLE_FOLDER) / name;
+}
 
 // A real camera's picture (an EOS 30D): the file that RAW_TO_TIFF_SAMPLE names, or else where Debian's
 // package rawtran-doc installs it.
-[[nodiscard]] std::filesystem::path real_sample();
+inline std::filesystem::path real_sample() {
+    const char* const given = std::getenv("RAW_TO_TIFF_SAMPLE");
+    return given != nullptr ? given : "/usr/share/doc/rawtran/IMG_5952.CR2";
+}
 
 // Opens a file by its path with backslashes, as the driver does.
-[[nodiscard]] eds_error_t open_stream(std::string path, eds_disposition_t disposition, __EdsObject** stream);
+inline eds_error_t open_stream(std::string path, eds_disposition_t disposition, __EdsObject** stream) {
+    std::ranges::replace(path, '/', '\\');
+    return EdsCreateFileStream(path.c_str(), disposition, eds_access_t::read_write, stream);
+}
 
-// How a conversion through the six functions, in the driver's order, ended.
-struct conversion_run {
-    eds_error_t code;
-    std::string reason;
-};
-[[nodiscard]] conversion_run convert(const std::filesystem::path& raw, const std::filesystem::path& tiff);
+// Converts through the six functions; answers why that failed, and nothing where it did not.
+inline std::string convert(const std::filesystem::path& raw, const std::filesystem::path& tiff) {
+    __EdsObject* input = nullptr;
+    __EdsObject* image = nullptr;
+    __EdsObject* output = nullptr;
+    eds_error_t code = EdsInitializeSDK();
+    if (code == eds_ok)
+        code = open_stream(raw, eds_disposition_t::open_existing, &input);
+    if (code == eds_ok)
+        code = EdsCreateImageRef(input, &image);
+    if (code == eds_ok)
+        code = open_stream(tiff, eds_disposition_t::create_always, &output);
+    if (code == eds_ok)
+        code = EdsSaveImage(image, eds_target_t::tiff_16_bit, {}, output);
+    EdsTerminateSDK(); // releases the handles
+    return std::string(code == eds_ok ? "" : inq_sdk_failure_reason());
+}

@@ -1,0 +1,92 @@
+#include "tests/sdk/open/conversion_run.h"
+#include "tests/support/scratch_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string_view>
+#include <tuple>
+
+namespace {
+
+// The first failure gives the reason. But a file that is not found is no last word: the caller may come back
+// with a copy of it.
+TEST(handles, misuse_is_an_error_and_nothing_else) {
+    constexpr auto existing = eds_disposition_t::open_existing;
+    const auto raw = sample("5d2_1comp.cr2");
+    __EdsObject* stream = nullptr;
+    EXPECT_NE(open_stream(raw, existing, &stream), eds_ok) << "not initialised";
+    EXPECT_EQ(EdsInitializeSDK(), eds_ok);
+    EXPECT_EQ(inq_sdk_failure_reason(), "") << "whatever happened before";
+    EXPECT_EQ(open_stream("missing.cr2", existing, &stream), eds_file_not_found);
+    EXPECT_NE(open_stream(SAMPLE_FOLDER, existing, &stream), eds_ok);
+    EXPECT_NE(EdsCreateFileStream(nullptr, existing, eds_access_t::read_write, &stream), eds_ok);
+    EXPECT_NE(open_stream(raw, existing, nullptr), eds_ok);
+    ASSERT_EQ(open_stream(raw, existing, &stream), eds_ok);
+    EXPECT_NE(EdsSaveImage(stream, eds_target_t::tiff_16_bit, {}, stream), eds_ok) << "no image";
+    EXPECT_EQ(EdsRelease(stream), eds_ok);
+    EXPECT_NE(EdsRelease(stream), eds_ok) << "released twice";
+    EXPECT_EQ(EdsRelease(nullptr), eds_ok);
+    EXPECT_EQ(open_stream(raw, existing, &stream), eds_ok);
+    EXPECT_EQ(EdsTerminateSDK(), eds_ok);
+    EXPECT_NE(EdsRelease(stream), eds_ok) << "released with the SDK";
+    EXPECT_EQ(inq_sdk_failure_reason(), "it is a folder");
+}
+
+using damage = std::function<void(std::string&)>;
+
+// Overwrites what stands at a distance behind the last place of an anchor: for a marker's that is in the
+// lossless JPEG of the picture.
+damage patch(std::string_view anchor, std::size_t distance, const std::string& bytes) {
+    return [=](std::string& file) { file.replace(file.rfind(anchor) + distance, bytes.size(), bytes); };
+}
+
+damage cut_off(std::size_t n_bytes) {
+    return [=](std::string& file) { file.resize(file.size() - n_bytes); };
+}
+
+damage fill(std::size_t position, char value) {
+    return [=](std::string& file) { file.replace(position, 2000, 2000, value); };
+}
+
+TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
+    constexpr auto cr2 = "5d2_1comp.cr2";
+    constexpr auto crw = "d60_12bit_table2_portrait.crw";
+    constexpr std::string_view slices("\2\0\x98\0\x98\0", 6); // of the .cr2: two of 152 columns and one more
+    constexpr auto table = "\xff\xc4";
+    constexpr auto frame = "\xff\xc3";
+    constexpr auto scan = "\xff\xda";
+    const std::tuple<const char*, const char*, damage> rows[] = {
+        {"metadata alone", cr2, cut_off(258'000)},
+        {"blanked codes", cr2, fill(190'000, '\0')},
+        {"no start of image", cr2, patch("\xff\xd8", 0, "  ")},
+        {"table with too many codes", cr2, patch(table, 5, "\3\3")},
+        {"table without codes", cr2, patch(table, 5, std::string(16, '\0'))},
+        {"table with an impossible difference", cr2, patch(table, 21, "\x1f")},
+        {"table for something else", cr2, patch(table, 4, "\x13")},
+        {"frame of a lossy picture", cr2, patch(frame, 1, "\xc0")},
+        {"frame with impossible precision", cr2, patch(frame, 4, "\x11")},
+        {"scan of a missing table", cr2, patch(scan, 6, "0")},
+        {"scan with an unknown predictor", cr2, patch(scan, 7, "\x09")},
+        {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
+        {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
+        {"a byte short", crw, cut_off(1)},
+        {"blanked codes", crw, fill(160'000, '\0')},
+        {"filled codes", crw, fill(160'000, '\x55')},
+    };
+    const scratch_folder folder;
+    const auto raw = folder.inq_path() / "damaged.cr2";
+    for (const auto& [name, file, inflict] : rows) {
+        SCOPED_TRACE(name + std::string(" in ") + file);
+        std::string bytes = read_file(sample(file));
+        inflict(bytes);
+        write_file(raw, bytes);
+        testing::internal::CaptureStderr(); // the decoder would print there
+        const std::string reason = convert(raw, folder.inq_path() / "out.tif");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_TRUE(!reason.empty() && reason.find("cannot") == std::string::npos) << reason;
+        EXPECT_EQ(list_folder(folder.inq_path()).size(), 1U);
+    }
+}
+
+} // namespace
