@@ -1,7 +1,6 @@
 #include "sdk/open/developing/band_team.h"
 
 #include <algorithm>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -20,8 +19,9 @@ void band_team::run(unsigned workers, unsigned bands) {
     try {
         for (unsigned worker = 1; worker < std::min(workers, bands); ++worker)
             others.emplace_back([this, worker] { work(worker); });
-    } catch (const std::system_error&) {
-        // Where no more threads are to be had, those that there are do all the work.
+    } catch (const std::exception&) {
+        // Where no more threads are to be had, or no memory for them, those that there are do all the work.
+        // To leave with some of them started would be to wait for ever: they wait for what this one brings.
     }
     work(0);
     others.clear();
