@@ -35,8 +35,8 @@ void own_decoder_libraw::load_mosaic() {
     try {
         decode_mosaic();
     } catch (...) {
+        // LibRaw is not told: it would give back the mosaic, which other threads may be reading.
         m_problem = std::current_exception();
-        throw LibRaw_exceptions{LIBRAW_EXCEPTION_CANCELLED_BY_CALLBACK}; // the way out that LibRaw knows
     }
 }
 

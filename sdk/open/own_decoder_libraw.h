@@ -17,7 +17,8 @@ public:
     using LibRaw::LibRaw;
 
     // Like unpack(), whose answer it returns, but the decoder fills the mosaic. Throws what that throws, and
-    // std::bad_alloc where there is no memory for the mosaic.
+    // std::bad_alloc where there is no memory for the mosaic. A mosaic whose decoding failed stays where it
+    // is.
     int unpack_with(decoder decode);
 
     // While the decoder runs: learns the black level from the mosaic's masked borders, if all of them lie

@@ -1,3 +1,5 @@
+#include "sdk/open/failure.h"
+#include "sdk/open/raw_decoder.h"
 #include "tests/sdk/open/conversion_run.h"
 #include "tests/support/scratch_folder.h"
 
@@ -6,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -80,6 +83,15 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         EXPECT_TRUE(!run.reason.empty() && run.reason.find("cannot") == std::string::npos) << run.reason;
         EXPECT_EQ(list_folder(folder.inq_path()), std::vector<std::string>{"damaged.cr2"});
     }
+}
+
+// Other threads may still be developing what was decoded before.
+TEST(damaged_input, leaves_the_mosaic_where_it_is) {
+    std::string bytes = read_file(sample("5d2_1comp.cr2"));
+    cut_off(100)(bytes);
+    sdk_open::raw_decoder decoder(std::as_bytes(std::span(bytes)));
+    EXPECT_THROW(decoder.decode([](unsigned) {}), sdk_open::failure);
+    EXPECT_NE(decoder.inq_mosaic().samples.data(), nullptr);
 }
 
 // Metadata is no reason to refuse a picture. Bytes in front of the preview of a .cr2 are struck at random,
