@@ -30,6 +30,7 @@ private:
 
     void load_mosaic();
     void decode_mosaic() const;
+    [[nodiscard]] bool has_borders_only_left_of(unsigned column) const noexcept;
 
     decoder m_decode;
     load_function m_own_load = nullptr;
