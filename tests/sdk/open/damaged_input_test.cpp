@@ -32,7 +32,8 @@ damage fill(std::size_t position, char value) {
     return [=](std::string& file) { file.replace(position, 2000, 2000, value); };
 }
 
-constexpr std::string_view slices("\2\0\x98\0\x98\0", 6); // of 5d2_1comp: two of 152 columns and one more
+constexpr std::string_view slices("\2\0\x98\0\x98\0", 6);    // of 5d2_1comp: two of 152 columns and one more
+constexpr std::string_view borders("\x30\0\x14\0\xbf\1", 6); // of 5d2_1comp: left, top and right
 constexpr auto table = "\xff\xc4";
 constexpr auto frame = "\xff\xc3";
 constexpr auto scan = "\xff\xda";
@@ -63,6 +64,7 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"scan with an unknown predictor", cr2, patch(scan, 7, "\x09")},
         {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
         {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
+        {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
         {"half", crw, cut_off(160'000)},
         {"a byte short", crw, cut_off(1)},
         {"blanked codes", crw, fill(160'000, '\0')},
