@@ -24,7 +24,7 @@ typedef char argument_t;
 typedef char16_t utf16_t;
 
 static const utf16_t* to_utf16(const char* argument) {
-    static utf16_t room[16384]; /* for all the texts */
+    static utf16_t room[16384 + 1]; /* for all the texts; those without room are empty */
     static utf16_t* unit = room;
     const utf16_t* const text = unit;
     const char* const end = argument + strlen(argument) + 1;

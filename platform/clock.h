@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
+#include <span>
 
 namespace platform {
 
@@ -25,5 +27,10 @@ struct local_time_t {
 
 // The local broken-down time of a count of seconds since 1970; all zero where the system knows none.
 [[nodiscard]] std::tm to_local_time(std::int64_t time) noexcept;
+
+// Writes a local broken-down time by a pattern of the C runtime's strftime, with a terminator. Answers the
+// number of bytes before it; 0 where there is no room for all, or no text for what the pattern asks.
+[[nodiscard]] std::size_t format_time(const std::tm& local, const char* pattern,
+                                      std::span<char> target) noexcept;
 
 } // namespace platform

@@ -102,7 +102,7 @@ ZString ZDateTime::format(const char* pattern) const {
     static_cast<void>(complete(fields));
     to_tm(fields);
     std::array<char, 128> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), pattern, &fields);
+    const std::size_t length = platform::format_time(fields, pattern, text);
     return ZString(text.data(), static_cast<int>(length));
 }
 

@@ -41,7 +41,8 @@ public:
     [[nodiscard]] ZString inq_timestamp() const;  // Wed 18-Nov-2026 14:05:09
     [[nodiscard]] ZString inq_iso_date() const;   // 2026-11-18
 
-    // The text of a C library time format, up to 127 bytes; empty when it is longer.
+    // The text of a C library time format, up to 127 bytes; empty when it is longer, and where the library
+    // has no text for what the format asks.
     [[nodiscard]] ZString format(const char* pattern) const;
 
 private:

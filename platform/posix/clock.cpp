@@ -30,4 +30,8 @@ std::tm to_local_time(std::int64_t time) noexcept {
     return local;
 }
 
+std::size_t format_time(const std::tm& local, const char* pattern, std::span<char> target) noexcept {
+    return std::strftime(target.data(), target.size(), pattern, &local);
+}
+
 } // namespace platform

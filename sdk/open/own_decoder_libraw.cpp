@@ -19,10 +19,25 @@ int own_decoder_libraw::unpack_with(decoder decode) {
     return answer;
 }
 
-// LibRaw works out where the borders lie along with the level.
+// What LibRaw learns from rows that are not there yet may stay, so it is asked only where it will not look at
+// any.
 bool own_decoder_libraw::learns_levels_left_of(unsigned column) {
+    if (!has_borders_only_left_of(column))
+        return false;
     crop_masked_pixels();
-    return std::ranges::all_of(imgdata.sizes.mask, [column](const auto& border) {
+    return true;
+}
+
+// The masked borders are either recorded or, for LibRaw, all columns beside the picture but for two at either
+// side of it.
+bool own_decoder_libraw::has_borders_only_left_of(unsigned column) const noexcept {
+    constexpr int passed_over = 2;
+    const libraw_image_sizes_t& sizes = imgdata.sizes;
+    const bool are_recorded = sizes.mask[0][3] > 0;
+    if (!are_recorded &&
+        (sizes.left_margin > column || sizes.left_margin + sizes.width + passed_over < sizes.raw_width))
+        return false;
+    return std::ranges::all_of(sizes.mask, [column](const auto& border) {
         const auto [top, left, bottom, right] = border;
         return top >= bottom || left >= right || right <= static_cast<int>(column);
     });
@@ -35,8 +50,8 @@ void own_decoder_libraw::load_mosaic() {
     try {
         decode_mosaic();
     } catch (...) {
+        // LibRaw is not told: it would give back the mosaic, which other threads may be reading.
         m_problem = std::current_exception();
-        throw LibRaw_exceptions{LIBRAW_EXCEPTION_CANCELLED_BY_CALLBACK}; // the way out that LibRaw knows
     }
 }
 

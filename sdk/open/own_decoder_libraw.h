@@ -17,7 +17,8 @@ public:
     using LibRaw::LibRaw;
 
     // Like unpack(), whose answer it returns, but the decoder fills the mosaic. Throws what that throws, and
-    // std::bad_alloc where there is no memory for the mosaic.
+    // std::bad_alloc where there is no memory for the mosaic. A mosaic whose decoding failed stays where it
+    // is.
     int unpack_with(decoder decode);
 
     // While the decoder runs: learns the black level from the mosaic's masked borders, if all of them lie
@@ -29,6 +30,7 @@ private:
 
     void load_mosaic();
     void decode_mosaic() const;
+    [[nodiscard]] bool has_borders_only_left_of(unsigned column) const noexcept;
 
     decoder m_decode;
     load_function m_own_load = nullptr;

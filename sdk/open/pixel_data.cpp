@@ -30,6 +30,13 @@ void check_size(std::uint64_t samples, std::uint64_t most, std::size_t file_size
         throw_damaged("the pixel data end early");
 }
 
+// LibRaw believes the borders that a camera of a model that it does not know records.
+void check_borders(const libraw_image_sizes_t& sizes) {
+    if (sizes.left_margin + sizes.width > sizes.raw_width ||
+        sizes.top_margin + sizes.height > sizes.raw_height)
+        throw_damaged("the picture reaches beyond the sensor");
+}
+
 bool decodes_with(LibRaw& identified, std::string_view name) {
     libraw_decoder_info_t decoder{};
     return identified.get_decoder_info(&decoder) == LIBRAW_SUCCESS && decoder.decoder_name != nullptr &&
@@ -82,6 +89,7 @@ pixel_data::pixel_data(std::span<const std::byte> bytes, LibRaw& identified)
     : m_stored(find(bytes, identified)) {
     if (identified.imgdata.idata.filters == 0)
         throw failure(error_code_t::not_supported, "the raw picture is no mosaic of colours");
+    check_borders(identified.imgdata.sizes);
 }
 
 unsigned pixel_data::inq_precision() const {

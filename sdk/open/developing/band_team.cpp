@@ -22,6 +22,9 @@ void band_team::run(unsigned workers, unsigned bands) {
             others.emplace_back([this, worker] { work(worker); });
     } catch (const std::system_error&) {
         // Where no more threads are to be had, those that there are do all the work.
+    } catch (...) {
+        keep_problem(); // it ends those that were started, which wait for what will not be brought
+        throw;
     }
     work(0);
     others.clear();
@@ -42,11 +45,16 @@ void band_team::work(unsigned worker) noexcept {
     } catch (const stopped&) {
         // The problem is another thread's.
     } catch (...) {
-        const std::scoped_lock lock(m_mutex);
-        if (!m_problem)
-            m_problem = std::current_exception();
-        m_changed.notify_all();
+        keep_problem();
     }
+}
+
+// The exception that is being handled, if it is the first.
+void band_team::keep_problem() noexcept {
+    const std::scoped_lock lock(m_mutex);
+    if (!m_problem)
+        m_problem = std::current_exception();
+    m_changed.notify_all();
 }
 
 void band_team::work_on(unsigned worker, unsigned band) {

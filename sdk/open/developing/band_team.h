@@ -33,6 +33,7 @@ private:
     [[nodiscard]] unsigned take_band();
     void wait_until_at_least(const unsigned& count, unsigned wanted);
     void raise(unsigned& count, unsigned value);
+    void keep_problem() noexcept;
 
     bring_t m_bring;
     band_task_t m_make;

@@ -1,9 +1,12 @@
+#include "sdk/open/failure.h"
+#include "sdk/open/raw_decoder.h"
 #include "tests/sdk/open/conversion_run.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <span>
 #include <string_view>
 #include <tuple>
 
@@ -53,6 +56,7 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
     constexpr auto cr2 = "5d2_1comp.cr2";
     constexpr auto crw = "d60_12bit_table2_portrait.crw";
     constexpr std::string_view slices("\2\0\x98\0\x98\0", 6); // of the .cr2: two of 152 columns and one more
+    constexpr std::string_view borders("\x30\0\x14\0\xbf\1", 6); // of the .cr2: left, top and right
     constexpr auto table = "\xff\xc4";
     constexpr auto frame = "\xff\xc3";
     constexpr auto scan = "\xff\xda";
@@ -70,6 +74,7 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"scan with an unknown predictor", cr2, patch(scan, 7, "\x09")},
         {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
         {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
+        {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
         {"a byte short", crw, cut_off(1)},
         {"blanked codes", crw, fill(160'000, '\0')},
         {"filled codes", crw, fill(160'000, '\x55')},
@@ -87,6 +92,15 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         EXPECT_TRUE(!reason.empty() && reason.find("cannot") == std::string::npos) << reason;
         EXPECT_EQ(list_folder(folder.inq_path()).size(), 1U);
     }
+}
+
+// Other threads may still be developing what was decoded before.
+TEST(damaged_input, leaves_the_mosaic_where_it_is) {
+    std::string bytes = read_file(sample("5d2_1comp.cr2"));
+    cut_off(100)(bytes);
+    sdk_open::raw_decoder decoder(std::as_bytes(std::span(bytes)));
+    EXPECT_THROW(decoder.decode([](unsigned) {}), sdk_open::failure);
+    EXPECT_NE(decoder.inq_mosaic().samples.data(), nullptr);
 }
 
 } // namespace
