@@ -4,12 +4,12 @@
 #include "sdk/open/failure.h"
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"
-#include "sdk/open/input_file.h"
-#include "sdk/open/large_block.h"
+#include "sdk/open/identifying/raw_format.h"
 #include "sdk/open/open_objects.h"
-#include "sdk/open/raw_format.h"
-#include "sdk/open/system_calls.h"
-#include "sdk/open/tiff_writer.h"
+#include "sdk/open/system/input_file.h"
+#include "sdk/open/system/large_block.h"
+#include "sdk/open/system/system_calls.h"
+#include "sdk/open/writing/tiff_writer.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "conversion/edsdk.h"
-#include "sdk/open/input_file.h"
-#include "sdk/open/large_block.h"
-#include "sdk/open/output_file.h"
-#include "sdk/open/picture_metadata.h"
-#include "sdk/open/raw_decoder.h"
-#include "sdk/open/system_calls.h"
+#include "sdk/open/identifying/raw_decoder.h"
+#include "sdk/open/metadata/picture_metadata.h"
+#include "sdk/open/system/input_file.h"
+#include "sdk/open/system/large_block.h"
+#include "sdk/open/system/output_file.h"
+#include "sdk/open/system/system_calls.h"
 
 #include <string>
 #include <utility>

@@ -2,7 +2,7 @@
 // else the EOS 30D picture of Debian's rawtran-doc. Both on one core, from memory into memory.
 
 #include "sdk/open/decoding/mosaic_buffer.h"
-#include "sdk/open/pixel_data.h"
+#include "sdk/open/identifying/pixel_data.h"
 
 #include <benchmark/benchmark.h>
 #include <cstddef>

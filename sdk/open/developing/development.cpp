@@ -1,7 +1,7 @@
 #include "sdk/open/developing/development.h"
 
+#include "sdk/open/developing/srgb.h"
 #include "sdk/open/failure.h"
-#include "sdk/open/srgb.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "sdk/open/camera_frame.h"
 #include "sdk/open/developing/working_tone.h"
-#include "sdk/open/raw_decoder.h"
+#include "sdk/open/identifying/camera_frame.h"
+#include "sdk/open/identifying/raw_decoder.h"
 
 #include <array>
 #include <cstdint>

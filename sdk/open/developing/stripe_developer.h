@@ -1,8 +1,8 @@
 #pragma once
 
-#include "sdk/open/camera_frame.h"
 #include "sdk/open/developing/development.h"
 #include "sdk/open/developing/picture_rows.h"
+#include "sdk/open/identifying/camera_frame.h"
 
 #include <array>
 #include <cstddef>

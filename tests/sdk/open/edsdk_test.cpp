@@ -1,5 +1,5 @@
 #include "sdk/open/failure.h"
-#include "sdk/open/raw_decoder.h"
+#include "sdk/open/identifying/raw_decoder.h"
 #include "tests/sdk/open/conversion_run.h"
 #include "tests/support/scratch_folder.h"
 

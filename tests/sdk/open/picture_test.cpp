@@ -1,7 +1,7 @@
-#include "sdk/open/camera_frame.h"
 #include "sdk/open/developing/developed_picture.h"
-#include "sdk/open/raw_decoder.h"
-#include "sdk/open/tiff_handle.h"
+#include "sdk/open/identifying/camera_frame.h"
+#include "sdk/open/identifying/raw_decoder.h"
+#include "sdk/open/writing/tiff_handle.h"
 #include "tests/sdk/open/conversion_run.h"
 #include "tests/support/scratch_folder.h"
 

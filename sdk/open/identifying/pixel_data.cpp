@@ -1,0 +1,108 @@
+#include "sdk/open/identifying/pixel_data.h"
+
+#include "sdk/open/failure.h"
+#include "sdk/open/identifying/ciff_heap.h"
+#include "sdk/open/identifying/raw_format.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace sdk_open {
+namespace {
+
+constexpr std::uint64_t most_crw_samples = 32'000'000; // three times what the last of these cameras made
+
+[[noreturn]] void throw_no_picture() {
+    throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+}
+
+std::uint64_t sample_count(const LibRaw& identified) noexcept {
+    return std::uint64_t{identified.imgdata.sizes.raw_width} * identified.imgdata.sizes.raw_height;
+}
+
+// A tiny file may not ask for gigabytes. However well the picture is compressed, a byte holds no more
+// samples.
+void check_size(std::uint64_t samples, std::uint64_t most, std::size_t file_size,
+                std::uint64_t samples_per_byte) {
+    if (samples > most)
+        throw failure(error_code_t::not_supported, "the raw picture has more pixels than any camera makes");
+    if (samples > file_size * samples_per_byte)
+        throw_damaged("the pixel data end early");
+}
+
+// LibRaw believes the borders that a camera of a model that it does not know records.
+void check_borders(const libraw_image_sizes_t& sizes) {
+    if (sizes.left_margin + sizes.width > sizes.raw_width ||
+        sizes.top_margin + sizes.height > sizes.raw_height)
+        throw_damaged("the picture reaches beyond the sensor");
+}
+
+bool decodes_with(LibRaw& identified, std::string_view name) {
+    libraw_decoder_info_t decoder{};
+    return identified.get_decoder_info(&decoder) == LIBRAW_SUCCESS && decoder.decoder_name != nullptr &&
+           decoder.decoder_name == name;
+}
+
+// The readout of the EOS-1D Mark III, which alone is so wide, starts two samples before the first row.
+unsigned lead_of(unsigned width) noexcept {
+    return width == 3984 ? 2 : 0;
+}
+
+cr2_mosaic find_in_cr2(std::span<const std::byte> bytes, LibRaw& identified) {
+    constexpr std::uint64_t samples_per_byte = 8; // the shortest code takes a bit
+    check_size(sample_count(identified), most_samples, bytes.size(), samples_per_byte);
+    if (decodes_with(identified, "canon_sraw_load_raw()"))
+        throw failure(error_code_t::not_supported, "raw pictures of reduced resolution are not supported");
+    const unpacker_data_t& found = identified.get_internal_data_pointer()->unpacker_data;
+    if (!decodes_with(identified, "lossless_jpeg_load_raw()") || found.data_offset < 0)
+        throw_no_picture();
+    const auto offset = static_cast<std::uint64_t>(found.data_offset);
+    if (offset >= bytes.size())
+        throw_damaged("the pixel data end early");
+    return {read_lossless_jpeg(bytes.subspan(offset)),
+            {found.cr2_slice[0], found.cr2_slice[1], found.cr2_slice[2]},
+            lead_of(identified.imgdata.sizes.raw_width)};
+}
+
+crw_mosaic find_in_crw(std::span<const std::byte> bytes, LibRaw& identified) {
+    constexpr std::uint64_t samples_per_byte = 128; // a block of 64 takes at least four bits
+    check_size(sample_count(identified), most_crw_samples, bytes.size(), samples_per_byte);
+    if (!decodes_with(identified, "canon_load_raw()"))
+        throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
+    const auto record = find_ciff_raw_data(bytes);
+    if (!record)
+        throw_no_picture();
+    return read_crw_mosaic(bytes.subspan(record->first, record->end - record->first),
+                           identified.get_internal_data_pointer()->unpacker_data.tiff_compress,
+                           sample_count(identified));
+}
+
+} // namespace
+
+pixel_data::stored_mosaic pixel_data::find(std::span<const std::byte> bytes, LibRaw& identified) {
+    if (recognise_raw_format(bytes) == raw_format_t::cr2)
+        return find_in_cr2(bytes, identified);
+    return find_in_crw(bytes, identified);
+}
+
+pixel_data::pixel_data(std::span<const std::byte> bytes, LibRaw& identified)
+    : m_stored(find(bytes, identified)) {
+    if (identified.imgdata.idata.filters == 0)
+        throw failure(error_code_t::not_supported, "the raw picture is no mosaic of colours");
+    check_borders(identified.imgdata.sizes);
+}
+
+unsigned pixel_data::inq_precision() const {
+    return std::visit([](const auto& stored) { return stored.inq_precision(); }, m_stored);
+}
+
+unsigned pixel_data::inq_first_column_of_last_slice() const {
+    const auto* const stored = std::get_if<cr2_mosaic>(&m_stored);
+    return stored != nullptr ? stored->slices.count * stored->slices.width : 0;
+}
+
+void pixel_data::decode(const mosaic_buffer& target, const rows_listener& on_rows) const {
+    std::visit([&](const auto& stored) { decode_mosaic(stored, target, on_rows); }, m_stored);
+}
+
+} // namespace sdk_open

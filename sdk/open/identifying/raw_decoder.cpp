@@ -1,0 +1,92 @@
+#include "sdk/open/identifying/raw_decoder.h"
+
+#include "sdk/open/failure.h"
+#include "sdk/open/identifying/raw_format.h"
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+
+namespace sdk_open {
+namespace {
+
+constexpr unsigned most_raw_memory = 1024; // MiB
+
+void check(int libraw_answer) {
+    switch (libraw_answer) {
+    case LIBRAW_SUCCESS:
+        return;
+    case LIBRAW_UNSUFFICIENT_MEMORY:
+        throw std::bad_alloc();
+    case LIBRAW_FILE_UNSUPPORTED:
+    case LIBRAW_REQUEST_FOR_NONEXISTENT_IMAGE:
+    case LIBRAW_OUT_OF_ORDER_CALL: // what decoding answers where no picture was identified
+        throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+    case LIBRAW_TOO_BIG:
+        throw failure(error_code_t::not_supported, "the raw picture is too large");
+    case LIBRAW_IO_ERROR:
+        throw_damaged("the file ends early or its structure is damaged");
+    default:
+        throw_damaged("the pixel data are damaged");
+    }
+}
+
+// The decoder's white level is a fixed one for each camera model. The camera itself records the level that
+// holds for this picture (it varies with the sensitivity), and no sample is above what its bits can hold.
+void correct_white_level(libraw_colordata_t& color, unsigned precision) {
+    color.maximum = std::min(color.maximum, (1U << precision) - 1);
+    const long recorded = *std::min_element(std::begin(color.linear_max), std::end(color.linear_max));
+    if (recorded > static_cast<long>(color.maximum / 2) && recorded < static_cast<long>(color.maximum))
+        color.maximum = static_cast<unsigned>(recorded);
+}
+
+} // namespace
+
+// LibRaw takes the bytes as writable and writes nothing.
+raw_decoder::raw_decoder(std::span<const std::byte> bytes)
+    : m_stream(const_cast<std::byte*>(bytes.data()), bytes.size()), // NOLINT
+      m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
+                                                    LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
+    static_cast<void>(recognise_raw_format(bytes));
+    m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
+    check(m_libraw->open_datastream(&m_stream));
+    m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
+}
+
+void raw_decoder::decode(const rows_listener& on_rows) {
+    if (m_stored != nullptr) {
+        check(m_libraw->unpack_with([&](const mosaic_buffer& target) { decode_into(target, on_rows); }));
+        correct_white_level(m_libraw->imgdata.color, m_stored->inq_precision());
+        m_stored.reset();
+    }
+    on_rows(inq_mosaic().height);
+}
+
+// Rows are worth nothing without the black level. Where LibRaw can learn it from masked borders that are
+// complete, because they lie in slices before the last one, the rest need not be waited for.
+void raw_decoder::decode_into(const mosaic_buffer& target, const rows_listener& on_rows) {
+    bool knows_levels = false;
+    m_stored->decode(target, [&](unsigned rows) {
+        if (rows == 0 || rows == target.height)
+            return;
+        if (!knows_levels) {
+            if (!m_libraw->learns_levels_left_of(m_stored->inq_first_column_of_last_slice()))
+                return;
+            correct_white_level(m_libraw->imgdata.color, m_stored->inq_precision());
+            knows_levels = true;
+        }
+        on_rows(rows);
+    });
+}
+
+bool raw_decoder::knows_colours() const noexcept {
+    return m_libraw->get_internal_data_pointer()->internal_output_params.raw_color == 0;
+}
+
+mosaic_view raw_decoder::inq_mosaic() const noexcept {
+    const auto& sizes = inq_data().sizes;
+    const std::size_t count = std::size_t{sizes.raw_width} * sizes.raw_height;
+    return {{inq_data().rawdata.raw_image, count}, sizes.raw_width, sizes.raw_height};
+}
+
+} // namespace sdk_open

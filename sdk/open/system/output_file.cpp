@@ -1,0 +1,109 @@
+#include "sdk/open/system/output_file.h"
+
+#include "sdk/open/failure.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string_view>
+#include <utility>
+
+namespace sdk_open {
+namespace {
+
+// With its separator.
+std::string folder_of(const std::string& path) {
+    const std::size_t separator = path.rfind('/');
+    return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
+}
+
+// 80 random bits, so that nobody can put something of that name in the way beforehand.
+std::string random_name(int& error_number) {
+    constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuv";
+    std::array<std::byte, 16> random{};
+    error_number = system_calls::random_bytes(random) == 0 ? 0 : errno;
+    std::string name = ".raw-to-tiff-";
+    for (const std::byte value : random)
+        name += digits[std::to_integer<std::size_t>(value) % digits.size()];
+    return name + ".part";
+}
+
+} // namespace
+
+output_file::output_file(std::string path, const std::vector<system_calls::file_identity>& raw_files)
+    : m_path(std::move(path)), m_raw_files(raw_files) {
+    check_target();
+    if (!system_calls::may_make_files_in(folder_of(m_path)))
+        throw_errno();
+}
+
+output_file::~output_file() {
+    if (!m_temporary_path.empty())
+        system_calls::remove_file(m_temporary_path);
+}
+
+void output_file::check_target() const {
+    system_calls::file_status status;
+    if (system_calls::status_of_path(m_path, status) != 0)
+        throw_errno();
+    switch (status.kind) {
+    case system_calls::file_kind_t::missing:
+        return;
+    case system_calls::file_kind_t::regular:
+        if (std::ranges::find(m_raw_files, status.identity) != m_raw_files.end())
+            throw_cannot_write("it is the raw file itself");
+        if (!system_calls::may_write(m_path))
+            throw_errno();
+        return;
+    case system_calls::file_kind_t::folder:
+        throw_cannot_write(system_message(EISDIR));
+    case system_calls::file_kind_t::other:
+        throw_cannot_write("not a regular file");
+    }
+}
+
+void output_file::create_beside_target() {
+    int error_number = 0;
+    std::string temporary_path = folder_of(m_path) + random_name(error_number);
+    if (error_number != 0)
+        throw_cannot_write(system_message(error_number));
+    file_descriptor file(system_calls::create_new(temporary_path));
+    if (!file.is_open())
+        throw_errno();
+    m_file = std::move(file);
+    m_temporary_path = std::move(temporary_path);
+}
+
+void output_file::throw_cannot_write(const std::string& why) const {
+    throw failure(error_code_t::cannot_write_output, "cannot write " + m_path + ": " + why);
+}
+
+void output_file::throw_errno() const {
+    throw_cannot_write(system_message(errno));
+}
+
+void output_file::write_at(std::uint64_t position, std::span<const std::byte> bytes) {
+    if (m_temporary_path.empty())
+        create_beside_target();
+    while (!bytes.empty()) {
+        const auto count = system_calls::write_some_at(m_file.inq(), position, bytes);
+        if (count <= 0)
+            throw_cannot_write(system_message(count == 0 ? ENOSPC : errno));
+        position += static_cast<std::uint64_t>(count);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+}
+
+void output_file::commit() {
+    const std::string folder = folder_of(m_path);
+    if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
+        throw_errno();
+    check_target();
+    if (system_calls::rename_over(m_temporary_path, m_path) != 0)
+        throw_errno();
+    // The file is there: from here on nothing may fail.
+    m_temporary_path.clear();
+    system_calls::flush_folder(folder);
+}
+
+} // namespace sdk_open

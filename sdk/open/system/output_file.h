@@ -1,0 +1,49 @@
+#pragma once
+
+#include "sdk/open/system/file_descriptor.h"
+#include "sdk/open/system/system_calls.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace sdk_open {
+
+// A file that appears under its name whole or not at all. It is written under a hard-to-guess name beside the
+// target; commit() puts it in the target's place. Without commit() the destructor removes what was begun and
+// an older target stays as it was. That name exists from the first write only: a process that is killed while
+// the picture is still in the making, which takes most of the time, leaves nothing behind.
+//
+// Every failure is thrown as failure(cannot_write_output) and names the target.
+class output_file final {
+public:
+    // Throws at once where the target cannot be replaced: it is a folder, a link or no regular file, it is
+    // write-protected, it is one of the raw files under whatever name, or its folder is missing or may not be
+    // written. The list of raw files must outlive the output file.
+    output_file(std::string path, const std::vector<system_calls::file_identity>& raw_files);
+    output_file(const output_file&) = delete;
+    output_file& operator=(const output_file&) = delete;
+    ~output_file();
+
+    // Writes all bytes at a position counted from the file's start.
+    void write_at(std::uint64_t position, std::span<const std::byte> bytes);
+
+    // Brings the file, of which something must have been written, to the medium and under its own name.
+    // Nothing can be written afterwards.
+    void commit();
+
+private:
+    void check_target() const;
+    void create_beside_target();
+    [[noreturn]] void throw_cannot_write(const std::string& why) const;
+    [[noreturn]] void throw_errno() const;
+
+    std::string m_path;
+    const std::vector<system_calls::file_identity>& m_raw_files;
+    std::string m_temporary_path; // empty while there is no such file
+    file_descriptor m_file;
+};
+
+} // namespace sdk_open

@@ -1,0 +1,123 @@
+#include "sdk/open/system/system_calls.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <memory>
+#include <sys/mman.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sdk_open::system_calls {
+namespace {
+
+template <typename Call>
+auto repeated_when_interrupted(Call call) noexcept {
+    auto answer = call();
+    while (answer == -1 && errno == EINTR)
+        answer = call();
+    return answer;
+}
+
+file_status described(const struct stat& found) noexcept {
+    if (S_ISREG(found.st_mode))
+        return {
+            file_kind_t::regular, static_cast<std::uint64_t>(found.st_size), {found.st_dev, found.st_ino}};
+    return {S_ISDIR(found.st_mode) ? file_kind_t::folder : file_kind_t::other};
+}
+
+} // namespace
+
+int open_for_reading(const std::string& path) noexcept {
+    return repeated_when_interrupted(
+        [&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); });
+}
+
+int create_new(const std::string& path) noexcept {
+    constexpr mode_t as_umask_allows = 0666;
+    return repeated_when_interrupted([&] {
+        return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, as_umask_allows);
+    });
+}
+
+int status_of_open_file(int descriptor, file_status& status) noexcept {
+    struct stat found {};
+    if (::fstat(descriptor, &found) != 0)
+        return -1;
+    status = described(found);
+    return 0;
+}
+
+int status_of_path(const std::string& path, file_status& status) noexcept {
+    struct stat found {};
+    if (::lstat(path.c_str(), &found) == 0) {
+        status = described(found);
+        return 0;
+    }
+    if (errno != ENOENT)
+        return -1;
+    status = {};
+    return 0;
+}
+
+bool may_write(const std::string& path) noexcept {
+    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+bool may_make_files_in(const std::string& folder) noexcept {
+    return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+std::ptrdiff_t read_some_at(int descriptor, std::uint64_t position, std::span<std::byte> target) noexcept {
+    return repeated_when_interrupted(
+        [&] { return ::pread(descriptor, target.data(), target.size(), static_cast<off_t>(position)); });
+}
+
+std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
+                             std::span<const std::byte> source) noexcept {
+    return repeated_when_interrupted(
+        [&] { return ::pwrite(descriptor, source.data(), source.size(), static_cast<off_t>(position)); });
+}
+
+int flush_to_medium(int descriptor) noexcept {
+    return repeated_when_interrupted([&] { return ::fsync(descriptor); });
+}
+
+void flush_folder(const std::string& path) noexcept {
+    const int folder =
+        repeated_when_interrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+    if (folder == -1)
+        return;
+    ::fsync(folder);
+    ::close(folder);
+}
+
+int close_file(int descriptor) noexcept {
+    return ::close(descriptor) == 0 || errno == EINTR ? 0 : -1;
+}
+
+int rename_over(const std::string& from, const std::string& to) noexcept {
+    return ::rename(from.c_str(), to.c_str());
+}
+
+int remove_file(const std::string& path) noexcept {
+    return ::unlink(path.c_str());
+}
+
+// The advice is for whole pages; those that lie wholly in the memory are enough, and none is no loss.
+void prefer_large_pages(std::span<std::byte> memory) noexcept {
+    constexpr std::size_t page = 4096;
+    void* first = memory.data();
+    std::size_t size = memory.size();
+    if (std::align(page, page, first, size) != nullptr)
+        ::madvise(first, size / page * page, MADV_HUGEPAGE);
+}
+
+int random_bytes(std::span<std::byte> target) noexcept {
+    const auto count =
+        repeated_when_interrupted([&] { return ::getrandom(target.data(), target.size(), 0); });
+    return count == static_cast<std::ptrdiff_t>(target.size()) ? 0 : -1;
+}
+
+} // namespace sdk_open::system_calls

@@ -1,0 +1,53 @@
+#include "sdk/open/writing/colour_profile.h"
+
+#include "sdk/open/failure.h"
+
+#include <algorithm>
+#include <array>
+#include <lcms2.h>
+#include <memory>
+
+namespace sdk_open {
+namespace {
+
+struct context_closer {
+    void operator()(cmsContext context) const noexcept { cmsDeleteContext(context); }
+};
+struct profile_closer {
+    void operator()(cmsHPROFILE profile) const noexcept { cmsCloseProfile(profile); }
+};
+using context_handle = std::unique_ptr<_cmsContext_struct, context_closer>;
+using profile_handle = std::unique_ptr<void, profile_closer>;
+
+[[noreturn]] void throw_no_profile() {
+    throw failure(error_code_t::failed, "cannot make the colour profile");
+}
+
+// The profile's header tells when it was made: twelve bytes, year, month, day, hour, minute and second.
+void set_creation_date(std::vector<std::byte>& profile) {
+    constexpr std::size_t creation_date_at = 24;
+    constexpr std::array<unsigned char, 12> first_of_january_2000 = {0x07, 0xd0, 0, 1, 0, 1};
+    if (profile.size() < creation_date_at + first_of_january_2000.size())
+        throw_no_profile();
+    std::ranges::transform(first_of_january_2000, profile.begin() + creation_date_at,
+                           [](unsigned char value) { return std::byte{value}; });
+}
+
+} // namespace
+
+std::vector<std::byte> make_srgb_profile() {
+    const context_handle context(cmsCreateContext(nullptr, nullptr));
+    if (!context)
+        throw_no_profile();
+    const profile_handle profile(cmsCreate_sRGBProfileTHR(context.get()));
+    cmsUInt32Number size = 0;
+    if (!profile || cmsSaveProfileToMem(profile.get(), nullptr, &size) == 0)
+        throw_no_profile();
+    std::vector<std::byte> bytes(size);
+    if (cmsSaveProfileToMem(profile.get(), bytes.data(), &size) == 0)
+        throw_no_profile();
+    set_creation_date(bytes);
+    return bytes;
+}
+
+} // namespace sdk_open

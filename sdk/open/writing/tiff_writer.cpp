@@ -1,0 +1,196 @@
+#include "sdk/open/writing/tiff_writer.h"
+
+#include "sdk/open/decoding/mosaic_buffer.h"
+#include "sdk/open/developing/band_team.h"
+#include "sdk/open/failure.h"
+#include "sdk/open/metadata/metadata_field.h"
+#include "sdk/open/writing/colour_profile.h"
+#include "sdk/open/writing/tiff_directory.h"
+#include "sdk/open/writing/tiff_handle.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace sdk_open {
+namespace {
+
+// The output file as libtiff writes it. No exception may pass through libtiff: the first one waits here.
+class file_sink final {
+public:
+    explicit file_sink(output_file& file) noexcept : m_file(file) {}
+
+    [[nodiscard]] tiff_storage inq_storage() noexcept { return {this, refuse_to_read, write, seek, size}; }
+
+    [[nodiscard]] std::uint64_t inq_size() const noexcept { return m_size; }
+
+    // Writes at the file's end, past libtiff.
+    void append(std::span<const std::byte> bytes) {
+        m_file.write_at(m_size, bytes);
+        m_size += bytes.size();
+    }
+
+    void rethrow() const {
+        if (m_failure)
+            std::rethrow_exception(m_failure);
+    }
+
+private:
+    static tmsize_t refuse_to_read(thandle_t, void*, tmsize_t) { return -1; }
+
+    static tmsize_t write(thandle_t client, void* source, tmsize_t count) {
+        auto& self = *static_cast<file_sink*>(client);
+        try {
+            const auto length = static_cast<std::size_t>(count);
+            self.m_file.write_at(self.m_position, {static_cast<const std::byte*>(source), length});
+            self.m_position += length;
+            self.m_size = std::max(self.m_size, self.m_position);
+            return count;
+        } catch (...) {
+            if (!self.m_failure)
+                self.m_failure = std::current_exception();
+            return -1;
+        }
+    }
+
+    static toff_t seek(thandle_t client, toff_t offset, int origin) {
+        auto& self = *static_cast<file_sink*>(client);
+        const toff_t start = origin == SEEK_SET ? 0 : origin == SEEK_CUR ? self.m_position : self.m_size;
+        self.m_position = start + offset;
+        return self.m_position;
+    }
+
+    static toff_t size(thandle_t client) { return static_cast<file_sink*>(client)->m_size; }
+
+    output_file& m_file;
+    std::uint64_t m_position = 0;
+    std::uint64_t m_size = 0;
+    std::exception_ptr m_failure;
+};
+
+// The largest picture and two full directories of fields leave room within the 4 GiB that the classic form of
+// a TIFF can address, which is the one that every program reads: "wl" needs no BigTIFF.
+constexpr std::uint64_t largest_picture = most_samples * developed_picture::channels * sizeof(std::uint16_t);
+constexpr std::uint64_t room_for_directories = 16 << 20;
+static_assert(largest_picture + room_for_directories < std::uint64_t{1} << 32);
+
+class tiff_writer final {
+public:
+    explicit tiff_writer(output_file& file) : m_sink(file), m_tiff(open_tiff(m_sink.inq_storage(), "wl")) {
+        check(m_tiff != nullptr);
+    }
+
+    // The directories of fields come first, right behind the header of the file: then the picture's own,
+    // which libtiff puts at the end, can say where they are.
+    void write(developed_picture& picture, const picture_metadata& metadata) {
+        describe_pixels(picture);
+        describe_origin(metadata);
+        set(TIFFTAG_EXIFIFD, append_directory(exif_fields(picture, metadata.exif)));
+        if (!metadata.gps.empty())
+            set(TIFFTAG_GPSIFD, append_directory(metadata.gps));
+        write_pixels(picture);
+        check(TIFFWriteDirectory(file()) == 1);
+        check(TIFFFlush(file()) == 1);
+    }
+
+private:
+    [[nodiscard]] TIFF* file() const noexcept { return m_tiff.get(); }
+
+    void check(bool succeeded) const {
+        m_sink.rethrow();
+        if (!succeeded)
+            throw failure(error_code_t::failed, "cannot make the TIFF");
+    }
+
+    template <typename... Values>
+    void set(std::uint32_t tag, Values... values) {
+        check(TIFFSetField(file(), tag, values...) == 1);
+    }
+
+    void set_text(std::uint32_t tag, const std::string& text) {
+        if (!text.empty())
+            set(tag, text.c_str());
+    }
+
+    // Answers where in the file it is.
+    std::uint64_t append_directory(const std::vector<metadata_field>& fields) {
+        const std::uint64_t position = m_sink.inq_size();
+        m_sink.append(make_tiff_directory(fields, static_cast<std::uint32_t>(position)));
+        return position;
+    }
+
+    // What the raw file says of its colours and its size does not hold for the finished picture.
+    static std::vector<metadata_field> exif_fields(const developed_picture& picture,
+                                                   std::vector<metadata_field> fields) {
+        constexpr std::uint16_t srgb = 1;
+        std::erase_if(fields, [](const metadata_field& field) {
+            return field.tag == EXIFTAG_COLORSPACE || field.tag == EXIFTAG_PIXELXDIMENSION ||
+                   field.tag == EXIFTAG_PIXELYDIMENSION;
+        });
+        fields.push_back(short_field(EXIFTAG_COLORSPACE, srgb));
+        fields.push_back(long_field(EXIFTAG_PIXELXDIMENSION, picture.inq_width()));
+        fields.push_back(long_field(EXIFTAG_PIXELYDIMENSION, picture.inq_height()));
+        return fields;
+    }
+
+    void describe_pixels(const developed_picture& picture) {
+        constexpr std::uint32_t strip_size = 256 << 10; // bytes, about
+        const std::uint32_t row_size = picture.inq_width() * developed_picture::channels * 2;
+        m_rows_per_strip = std::clamp(strip_size / row_size, 1U, picture.inq_height());
+        set(TIFFTAG_IMAGEWIDTH, picture.inq_width());
+        set(TIFFTAG_IMAGELENGTH, picture.inq_height());
+        set(TIFFTAG_BITSPERSAMPLE, 16);
+        set(TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(developed_picture::channels));
+        set(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
+        set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+        set(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+        set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+        set(TIFFTAG_ROWSPERSTRIP, m_rows_per_strip);
+        set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+        set(TIFFTAG_XRESOLUTION, 72.0);
+        set(TIFFTAG_YRESOLUTION, 72.0);
+        const auto profile = make_srgb_profile();
+        set(TIFFTAG_ICCPROFILE, static_cast<std::uint32_t>(profile.size()), profile.data());
+    }
+
+    void describe_origin(const picture_metadata& metadata) {
+        set_text(TIFFTAG_IMAGEDESCRIPTION, metadata.description);
+        set_text(TIFFTAG_MAKE, metadata.make);
+        set_text(TIFFTAG_MODEL, metadata.model);
+        set_text(TIFFTAG_DATETIME, metadata.date_time);
+        set_text(TIFFTAG_ARTIST, metadata.artist);
+        set_text(TIFFTAG_COPYRIGHT, metadata.copyright);
+    }
+
+    void write_pixels(developed_picture& picture) {
+        const std::size_t strip_length =
+            std::size_t{picture.inq_width()} * developed_picture::channels * m_rows_per_strip;
+        std::uint32_t number = 0;
+        picture.develop(inq_worker_count(), m_rows_per_strip, [&](std::span<std::uint16_t> values) {
+            for (; !values.empty(); values = values.subspan(std::min(strip_length, values.size())))
+                write_strip(number++, values.first(std::min(strip_length, values.size())));
+        });
+    }
+
+    void write_strip(std::uint32_t number, std::span<std::uint16_t> values) {
+        const auto size = static_cast<tmsize_t>(values.size_bytes());
+        check(TIFFWriteEncodedStrip(file(), number, values.data(), size) == size);
+    }
+
+    file_sink m_sink;
+    tiff_handle m_tiff;
+    std::uint32_t m_rows_per_strip = 1;
+};
+
+} // namespace
+
+void write_tiff(output_file& file, developed_picture& picture, const picture_metadata& metadata) {
+    tiff_writer(file).write(picture, metadata);
+}
+
+} // namespace sdk_open
