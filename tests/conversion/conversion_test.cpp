@@ -8,7 +8,6 @@
 #include <array>
 #include <functional>
 #include <map>
-#include <regex>
 #include <sstream>
 
 struct __EdsObject { // NOLINT(bugprone-reserved-identifier): see conversion/edsdk.h
@@ -24,7 +23,7 @@ struct sdk_double {
     std::map<std::size_t, eds_error_t> answers = {};
     std::function<void(std::string_view call)> watch = [](std::string_view) {};
 
-    // The calls, an error behind the one that answered it, the handles numbered as they were given out.
+    // The calls, an error behind the one that answered it, no folders, the handles numbered as given out.
     std::string log = {};
     std::size_t n_calls = 0;
     std::size_t n_objects = 0;
@@ -65,7 +64,8 @@ eds_error_t EdsTerminateSDK() {
 
 eds_error_t EdsCreateFileStream(const char* path, eds_disposition_t disposition, eds_access_t access,
                                 __EdsObject** stream) {
-    return answer(stream, "EdsCreateFileStream(", path, ',', static_cast<int>(disposition), ',',
+    const std::string_view name = std::string_view(path).substr(std::string_view(path).rfind('\\') + 1);
+    return answer(stream, "EdsCreateFileStream(", name, ',', static_cast<int>(disposition), ',',
                   static_cast<int>(access), ')');
 }
 
@@ -126,14 +126,15 @@ class conversion_test : public files_fixture {
 protected:
     conversion_test() { write("raw.CR2", m_raw_bytes); }
 
-    // Answers the calls, without the folder in the paths and the copy's random name, and the result.
+    // Answers the calls, without the copy's random name, and the result.
     [[nodiscard]] std::string convert(const ZFileLocation& tiff) const {
         const int result = convert_raw_to_tiff(m_raw, tiff);
-        const auto calls = std::regex_replace(the_sdk.log, std::regex(R"(\([^(,]*\\)"), "(");
-        return std::regex_replace(calls, std::regex("KW-[0-9A-Z]{20}"), "COPY") + std::to_string(result);
+        if (const std::size_t copy = the_sdk.log.find("KW-"); copy != std::string::npos)
+            the_sdk.log.replace(copy, 23, "COPY");
+        return the_sdk.log + std::to_string(result);
     }
 
-    // There must be the raw file and, where that is expected, the copy that the SDK was told of.
+    // There must be the raw file and, where expected, the copy that the SDK was told of.
     void check_files(bool has_copy) const {
         const std::string names = list();
         const std::string first = names.substr(0, names.find(' '));

@@ -1,7 +1,6 @@
 #include "tests/support/allocation_meter.h"
 #include "tests/support/files_fixture.h"
 
-#include <algorithm>
 #include <array>
 #include <dlfcn.h>
 
@@ -19,8 +18,7 @@ TEST_F(shared_library_test, converts_for_a_host_that_loads_it_or_fails_cleanly_w
     auto* const convert = reinterpret_cast<convert_t*>(::dlsym(library, "convert_raw_to_tiff"));
 
     std::filesystem::copy_file(SAMPLE_FILE, path("1.CR2"));
-    std::u16string folder = path("").u16string();
-    std::ranges::replace(folder, u'/', u'\\');
+    const std::u16string folder = path("").u16string();
     const location_t raw{nullptr, folder.c_str(), u"1.CR2"};
     const location_t tiff{u"", folder.c_str(), u"\u0442 2.tif"};
 
