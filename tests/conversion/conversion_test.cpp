@@ -129,8 +129,11 @@ protected:
     // Answers the calls, without the copy's random name, and the result.
     [[nodiscard]] std::string convert(const ZFileLocation& tiff) const {
         const int result = convert_raw_to_tiff(m_raw, tiff);
-        if (const std::size_t copy = the_sdk.log.find("KW-"); copy != std::string::npos)
+        if (const std::size_t copy = the_sdk.log.find("KW-"); copy != std::string::npos) {
+            constexpr auto characters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+            EXPECT_EQ(the_sdk.log.find_first_not_of(characters, copy + 3), copy + 23) << the_sdk.log;
             the_sdk.log.replace(copy, 23, "COPY");
+        }
         return the_sdk.log + std::to_string(result);
     }
 

@@ -37,7 +37,7 @@ int failed() noexcept {
 }
 
 HANDLE handle_of(int descriptor) noexcept {
-    return reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor));
+    return reinterpret_cast<HANDLE>(::_get_osfhandle(descriptor)); // NOLINT(performance-no-int-to-ptr)
 }
 
 int describe(HANDLE file, file_status& status) noexcept {
@@ -81,7 +81,7 @@ int create_new(const std::string& path) noexcept {
 }
 
 int status_of_open_file(int descriptor, file_status& status) noexcept {
-    const HANDLE file = handle_of(descriptor);
+    auto* const file = handle_of(descriptor);
     if (::GetFileType(file) == FILE_TYPE_DISK)
         return describe(file, status);
     status = {file_kind_t::other};
@@ -91,8 +91,8 @@ int status_of_open_file(int descriptor, file_status& status) noexcept {
 int status_of_path(const std::string& path, file_status& status) noexcept {
     constexpr DWORD shared_with_all = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
     constexpr DWORD the_entry_itself = FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS;
-    const HANDLE entry = ::CreateFileW(system_path(path).c_str(), 0, shared_with_all, nullptr, OPEN_EXISTING,
-                                       the_entry_itself, nullptr);
+    auto* const entry = ::CreateFileW(system_path(path).c_str(), 0, shared_with_all, nullptr, OPEN_EXISTING,
+                                      the_entry_itself, nullptr);
     if (entry != INVALID_HANDLE_VALUE) {
         const int result = describe(entry, status);
         ::CloseHandle(entry);
