@@ -13,6 +13,7 @@
 namespace {
 
 constexpr int most_failed_starts = 3;
+constexpr double most_seconds_to_start = 60;
 constexpr int milliseconds_between_ticks = 100;
 
 double seconds_since(std::chrono::steady_clock::time_point start) {
@@ -69,6 +70,7 @@ void worker_team::fill_seats() {
             continue;
         seat.worker.emplace(worker_settings_t{m_folder.make_fresh(number), m_threads, m_limits.memory_bytes});
         seat.is_ready = false;
+        seat.start = std::chrono::steady_clock::now();
     }
 }
 
@@ -121,20 +123,29 @@ void worker_team::take_result(seat_t& seat, result_t result) {
 
 void worker_team::replace_ended(seat_t& seat) {
     const worker_end_t end = seat.worker->end();
+    seat.worker.reset();
     if (seat.job != nullptr)
         fail_job(seat, end.outcome, "the process that converted it ended: " + end.how);
     else if (!seat.is_ready && ++m_failed_starts == most_failed_starts)
-        throw std::system_error(ECHILD, std::generic_category(), "worker processes end at once: " + end.how);
-    seat.worker.reset();
+        throw std::system_error(ECHILD, std::generic_category(), "worker processes do not start: " + end.how);
+}
+
+bool worker_team::is_overdue(const seat_t& seat) const {
+    if (seat.job != nullptr)
+        return m_limits.seconds > 0 && seconds_since(seat.start) > m_limits.seconds;
+    return seat.worker && !seat.is_ready && seconds_since(seat.start) > most_seconds_to_start;
 }
 
 void worker_team::give_up_overdue() {
     for (seat_t& seat : m_seats) {
-        if (m_limits.seconds <= 0 || seat.job == nullptr || seconds_since(seat.start) < m_limits.seconds)
+        if (!is_overdue(seat))
             continue;
-        seat.worker->end();
-        fail_job(seat, outcome_t::timed_out, "it took longer than --timeout allows");
+        if (seat.job == nullptr) {
+            replace_ended(seat);
+            continue;
+        }
         seat.worker.reset();
+        fail_job(seat, outcome_t::timed_out, "it took longer than --timeout allows");
     }
 }
 

@@ -34,7 +34,7 @@ private:
         std::optional<worker_process> worker;
         bool is_ready = false;
         const job_t* job = nullptr; // none while it waits for one
-        time_t start;               // of the job
+        time_t start;               // of the job, or of the worker while it is not ready
     };
 
     [[nodiscard]] bool has_job_waiting() const noexcept { return !m_is_stopping && m_next < m_jobs.size(); }
@@ -45,6 +45,7 @@ private:
     void take_message(seat_t& seat);
     void take_result(seat_t& seat, result_t result);
     void replace_ended(seat_t& seat);
+    [[nodiscard]] bool is_overdue(const seat_t& seat) const;
     void give_up_overdue();
     void report(result_t result);
     void fail_job(seat_t& seat, outcome_t outcome, const std::string& reason);

@@ -7,6 +7,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <sys/wait.h>
 #include <vector>
@@ -19,6 +20,19 @@ protected:
     program_fixture() { std::filesystem::create_directories(m_temporary); }
 
     [[nodiscard]] std::string path_of(const std::string& name) const { return m_folder / name; }
+
+    // The TIFFs and begun files below the current folder, in order, with a blank after each.
+    [[nodiscard]] static std::string list_outputs() {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(
+                 ".", std::filesystem::directory_options::skip_permission_denied))
+            if (const auto ending = entry.path().extension(); ending == ".tif" || ending == ".part")
+                names.insert(entry.path().lexically_relative("."));
+        std::string list;
+        for (const std::string& name : names)
+            list += name + ' ';
+        return list;
+    }
 
     [[nodiscard]] static std::string command_of(const words_t& arguments) {
         std::string command = "'" PROGRAM "'";
