@@ -75,3 +75,12 @@ stdcall_function_t<eds_error_t, __EdsObject*> EdsRelease;
 // EdsInitializeSDK, so also after EdsTerminateSDK. Not one of the SDK's functions: whoever answers those
 // answers this one too.
 [[nodiscard]] std::string_view inq_sdk_failure_reason() noexcept;
+
+// What that failure is to be blamed on, so that a caller can tell a bad picture from a failure that may pass.
+enum class sdk_blame_t {
+    picture, // the input; also when nothing failed
+    system,  // rights, a read or write error, a missing folder, a missing library
+    full_disk,
+    memory,
+};
+[[nodiscard]] sdk_blame_t inq_sdk_failure_blame() noexcept;

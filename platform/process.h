@@ -4,8 +4,11 @@
 // is.
 namespace platform {
 
-// A write that would make a file larger than the process's limit fails, like any other, instead of ending the
-// process.
-void let_writes_fail_at_size_limit() noexcept;
+// A write that would make a file larger than the process's limit, or that nobody reads any more, fails, like
+// any other, instead of ending the process.
+void let_writes_fail() noexcept;
+
+// Where the process was started with a standard stream closed, whatever it opens next would take that place.
+void open_standard_streams() noexcept;
 
 } // namespace platform

@@ -2,7 +2,10 @@
 
 namespace platform {
 
-// Windows sets processes no such limit.
-void let_writes_fail_at_size_limit() noexcept {}
+// Windows ends no process for a write.
+void let_writes_fail() noexcept {}
+
+// Windows gives a handle no number that could be mistaken for a stream.
+void open_standard_streams() noexcept {}
 
 } // namespace platform

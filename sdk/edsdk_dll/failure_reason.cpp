@@ -10,17 +10,21 @@ namespace {
 // Room for the longest line that is written here.
 std::array<char, 128> the_reason{};
 bool is_final = false;
+sdk_blame_t the_blame = sdk_blame_t::picture;
 
 } // namespace
 
 void forget_failure_reason() noexcept {
     the_reason[0] = '\0';
     is_final = false;
+    the_blame = sdk_blame_t::picture;
 }
 
 void keep_failure_reason(const char* reason) noexcept {
-    if (!is_final)
+    if (!is_final) {
         std::snprintf(the_reason.data(), the_reason.size(), "%s", reason);
+        the_blame = sdk_blame_t::system;
+    }
     is_final = true;
 }
 
@@ -34,4 +38,9 @@ void keep_failed_call(const char* function, eds_error_t error) noexcept {
 
 std::string_view inq_sdk_failure_reason() noexcept {
     return edsdk_dll::the_reason.data();
+}
+
+// The SDK's own codes do not tell a full disk from a bad picture.
+sdk_blame_t inq_sdk_failure_blame() noexcept {
+    return edsdk_dll::the_blame;
 }

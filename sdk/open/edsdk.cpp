@@ -38,9 +38,25 @@ session& running_session() {
     return *the_session;
 }
 
+sdk_blame_t blame_for(error_code_t code) noexcept {
+    switch (code) {
+    case error_code_t::out_of_memory:
+        return sdk_blame_t::memory;
+    case error_code_t::disk_full:
+        return sdk_blame_t::full_disk;
+    case error_code_t::failed:
+    case error_code_t::cannot_open_input:
+    case error_code_t::cannot_write_output:
+        return sdk_blame_t::system;
+    default:
+        return sdk_blame_t::picture;
+    }
+}
+
 eds_error_t failed(error_code_t code, std::string_view reason) noexcept {
     const bool caller_may_get_around = code == error_code_t::file_not_found;
-    keep_failure_reason(reason, caller_may_get_around ? reason_t::provisional : reason_t::final);
+    keep_failure_reason(reason, caller_may_get_around ? reason_t::provisional : reason_t::final,
+                        blame_for(code));
     return static_cast<eds_error_t>(code);
 }
 

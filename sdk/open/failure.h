@@ -20,6 +20,7 @@ enum class error_code_t : eds_error_t {
     cannot_write_output = 65,
     not_a_raw_picture = 66,
     damaged_picture = 67,
+    disk_full = 68,
 };
 
 // A step that failed: its code and, as one line of UTF-8 text, the reason.

@@ -1,7 +1,5 @@
 #include "sdk/open/failure_reason.h"
 
-#include "conversion/edsdk.h"
-
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -16,6 +14,7 @@ struct kept_reason {
     std::array<char, reason_capacity> text;
     std::size_t length = 0;
     reason_t kind = reason_t::provisional;
+    sdk_blame_t blame = sdk_blame_t::picture;
 };
 
 kept_reason the_reason;
@@ -42,19 +41,25 @@ bool is_control(char unit) noexcept {
 void forget_failure_reason() noexcept {
     the_reason.length = 0;
     the_reason.kind = reason_t::provisional;
+    the_reason.blame = sdk_blame_t::picture;
 }
 
-void keep_failure_reason(std::string_view reason, reason_t kind) noexcept {
+void keep_failure_reason(std::string_view reason, reason_t kind, sdk_blame_t blame) noexcept {
     if (the_reason.length != 0 && the_reason.kind == reason_t::final)
         return;
     const std::string_view kept = cut_to_capacity(reason);
     std::replace_copy_if(kept.begin(), kept.end(), the_reason.text.begin(), is_control, '?');
     the_reason.length = kept.size();
     the_reason.kind = kind;
+    the_reason.blame = blame;
 }
 
 } // namespace sdk_open
 
 std::string_view inq_sdk_failure_reason() noexcept {
     return {sdk_open::the_reason.text.data(), sdk_open::the_reason.length};
+}
+
+sdk_blame_t inq_sdk_failure_blame() noexcept {
+    return sdk_open::the_reason.blame;
 }

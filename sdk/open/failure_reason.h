@@ -1,5 +1,7 @@
 #pragma once
 
+#include "conversion/edsdk.h"
+
 #include <string_view>
 
 namespace sdk_open {
@@ -14,6 +16,6 @@ enum class reason_t {
 // long is cut at a character's end, and a control character in it (a file name may hold a line end) becomes
 // a question mark.
 void forget_failure_reason() noexcept;
-void keep_failure_reason(std::string_view reason, reason_t kind) noexcept;
+void keep_failure_reason(std::string_view reason, reason_t kind, sdk_blame_t blame) noexcept;
 
 } // namespace sdk_open

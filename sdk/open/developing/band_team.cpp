@@ -1,6 +1,9 @@
 #include "sdk/open/developing/band_team.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -10,6 +13,8 @@ namespace {
 
 // Ends the work of a thread when another has a problem.
 struct stopped {};
+
+constexpr unsigned most_workers = 1024;
 
 } // namespace
 
@@ -84,6 +89,12 @@ void band_team::raise(unsigned& count, unsigned value) {
 }
 
 unsigned inq_worker_count() noexcept {
+    const char* const setting = std::getenv("RAW_TO_TIFF_THREADS");
+    const std::string_view digits = setting == nullptr ? "" : setting;
+    unsigned count = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), count);
+    if (error == std::errc() && end == digits.data() + digits.size() && count > 0)
+        return std::min(count, most_workers);
     return std::max(std::thread::hardware_concurrency(), 1U);
 }
 

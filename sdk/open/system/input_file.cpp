@@ -47,9 +47,9 @@ input_file::input_file(const std::string& path) : m_file(system_calls::open_for_
         m_identity = status.identity;
         return;
     case system_calls::file_kind_t::folder:
-        throw failure(error_code_t::cannot_open_input, "it is a folder");
+        throw failure(error_code_t::not_a_raw_picture, "it is a folder");
     default:
-        throw failure(error_code_t::cannot_open_input, "it is not a regular file");
+        throw failure(error_code_t::not_a_raw_picture, "it is not a regular file");
     }
 }
 

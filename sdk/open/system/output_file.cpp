@@ -1,5 +1,6 @@
 #include "sdk/open/system/output_file.h"
 
+#include "platform/begun_file_name.h"
 #include "sdk/open/failure.h"
 
 #include <algorithm>
@@ -22,10 +23,10 @@ std::string random_name(int& error_number) {
     constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuv";
     std::array<std::byte, 16> random{};
     error_number = system_calls::random_bytes(random) == 0 ? 0 : errno;
-    std::string name = ".raw-to-tiff-";
+    std::string name(platform::begun_file_prefix);
     for (const std::byte value : random)
         name += digits[std::to_integer<std::size_t>(value) % digits.size()];
-    return name + ".part";
+    return name.append(platform::begun_file_ending);
 }
 
 } // namespace
@@ -56,20 +57,28 @@ void output_file::check_target() const {
             throw_errno();
         return;
     case system_calls::file_kind_t::folder:
-        throw_cannot_write(system_message(EISDIR));
+        throw_errno(EISDIR);
     case system_calls::file_kind_t::other:
         throw_cannot_write("not a regular file");
     }
 }
 
+// Whoever tidies up may take the new file for an abandoned one before it is claimed.
 void output_file::create_beside_target() {
+    do
+        create_claimed();
+    while (system_calls::is_removed(m_file.inq()));
+}
+
+void output_file::create_claimed() {
     int error_number = 0;
     std::string temporary_path = folder_of(m_path) + random_name(error_number);
     if (error_number != 0)
-        throw_cannot_write(system_message(error_number));
+        throw_errno(error_number);
     file_descriptor file(system_calls::create_new(temporary_path));
     if (!file.is_open())
         throw_errno();
+    m_claim = file_descriptor(system_calls::claim(file.inq()));
     m_file = std::move(file);
     m_temporary_path = std::move(temporary_path);
 }
@@ -79,7 +88,13 @@ void output_file::throw_cannot_write(const std::string& why) const {
 }
 
 void output_file::throw_errno() const {
-    throw_cannot_write(system_message(errno));
+    throw_errno(errno);
+}
+
+void output_file::throw_errno(int error_number) const {
+    const bool is_full = system_calls::says_full_disk(error_number);
+    throw failure(is_full ? error_code_t::disk_full : error_code_t::cannot_write_output,
+                  "cannot write " + m_path + ": " + system_message(error_number));
 }
 
 void output_file::write_at(std::uint64_t position, std::span<const std::byte> bytes) {
@@ -88,7 +103,7 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
     while (!bytes.empty()) {
         const auto count = system_calls::write_some_at(m_file.inq(), position, bytes);
         if (count <= 0)
-            throw_cannot_write(system_message(count == 0 ? ENOSPC : errno));
+            throw_errno(count == 0 ? ENOSPC : errno);
         position += static_cast<std::uint64_t>(count);
         bytes = bytes.subspan(static_cast<std::size_t>(count));
     }

@@ -16,7 +16,10 @@ namespace sdk_open {
 // an older target stays as it was. That name exists from the first write only: a process that is killed while
 // the picture is still in the making, which takes most of the time, leaves nothing behind.
 //
-// Every failure is thrown as failure(cannot_write_output) and names the target.
+// A process that is killed while it writes leaves that file behind; whoever finds it can tell by the claim on
+// it whether it is still in use.
+//
+// Every failure is thrown as failure(cannot_write_output), or (disk_full), and names the target.
 class output_file final {
 public:
     // Throws at once where the target cannot be replaced: it is a folder, a link or no regular file, it is
@@ -37,13 +40,16 @@ public:
 private:
     void check_target() const;
     void create_beside_target();
+    void create_claimed();
     [[noreturn]] void throw_cannot_write(const std::string& why) const;
     [[noreturn]] void throw_errno() const;
+    [[noreturn]] void throw_errno(int error_number) const;
 
     std::string m_path;
     const std::vector<system_calls::file_identity>& m_raw_files;
     std::string m_temporary_path; // empty while there is no such file
     file_descriptor m_file;
+    file_descriptor m_claim; // outlives m_file: until the file has its own name, nobody may tidy it up
 };
 
 } // namespace sdk_open

@@ -32,6 +32,13 @@ struct file_status {
 // Makes a new file and opens it for writing; fails where anything of that name exists, a link included.
 [[nodiscard]] int create_new(const std::string& path) noexcept;
 
+// Marks a file as in use for those who tidy up abandoned files, until the answered descriptor is closed; -1
+// where the system has no such marks.
+[[nodiscard]] int claim(int descriptor) noexcept;
+
+// Whether the open file has lost its name.
+[[nodiscard]] bool is_removed(int descriptor) noexcept;
+
 [[nodiscard]] int status_of_open_file(int descriptor, file_status& status) noexcept;
 
 // Does not follow a link; a missing file is no failure but file_kind_t::missing.
@@ -47,6 +54,9 @@ struct file_status {
 // The number of bytes written, which may be fewer than asked for.
 [[nodiscard]] std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
                                            std::span<const std::byte> source) noexcept;
+
+// Whether a failure to write means that there is no more room, on the medium or for this user.
+[[nodiscard]] bool says_full_disk(int error_number) noexcept;
 
 // Returns when the file's contents are on the medium.
 [[nodiscard]] int flush_to_medium(int descriptor) noexcept;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <memory>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -39,6 +40,18 @@ int create_new(const std::string& path) noexcept {
     return repeated_when_interrupted([&] {
         return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, as_umask_allows);
     });
+}
+
+// The lock belongs to the open file, so that the duplicate keeps it when the original is closed.
+int claim(int descriptor) noexcept {
+    if (repeated_when_interrupted([&] { return ::flock(descriptor, LOCK_EX); }) != 0)
+        return -1;
+    return ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+}
+
+bool is_removed(int descriptor) noexcept {
+    struct stat found {};
+    return ::fstat(descriptor, &found) == 0 && found.st_nlink == 0;
 }
 
 int status_of_open_file(int descriptor, file_status& status) noexcept {
@@ -78,6 +91,10 @@ std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
                              std::span<const std::byte> source) noexcept {
     return repeated_when_interrupted(
         [&] { return ::pwrite(descriptor, source.data(), source.size(), static_cast<off_t>(position)); });
+}
+
+bool says_full_disk(int error_number) noexcept {
+    return error_number == ENOSPC || error_number == EDQUOT;
 }
 
 int flush_to_medium(int descriptor) noexcept {

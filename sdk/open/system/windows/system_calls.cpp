@@ -80,6 +80,15 @@ int create_new(const std::string& path) noexcept {
     return ::_wopen(system_path(path).c_str(), flags, _S_IREAD | _S_IWRITE);
 }
 
+// Nobody can remove a file that is open.
+int claim(int) noexcept {
+    return -1;
+}
+
+bool is_removed(int) noexcept {
+    return false;
+}
+
 int status_of_open_file(int descriptor, file_status& status) noexcept {
     auto* const file = handle_of(descriptor);
     if (::GetFileType(file) == FILE_TYPE_DISK)
@@ -139,6 +148,10 @@ std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
     if (::WriteFile(handle_of(descriptor), source.data(), count_of(source.size()), &count, &place) == 0)
         return failed();
     return static_cast<std::ptrdiff_t>(count);
+}
+
+bool says_full_disk(int error_number) noexcept {
+    return error_number == ENOSPC;
 }
 
 int flush_to_medium(int descriptor) noexcept {

@@ -1,0 +1,141 @@
+#include "cli/command_line.h"
+
+#include "cli/exit_code.h"
+#include "cli/planning/raw_name.h"
+#include "version.h" // made by CMake
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <map>
+#include <thread>
+
+namespace {
+
+constexpr unsigned most_workers = 256;
+
+const std::map<std::string, existing_t> existing_choices = {{"error", existing_t::error},
+                                                            {"skip", existing_t::skip},
+                                                            {"overwrite", existing_t::overwrite},
+                                                            {"newer", existing_t::newer}};
+
+constexpr auto footer =
+    R"(Exit status of a single file (RAW alone, RAW TIFF, or -o TIFF RAW): 0 converted, 10 no such raw file,
+11 the conversion failed. Of many: 0 everything converted, 1 some inputs are bad, 3 the system failed (disk
+full, rights). Of both: 2 wrong usage, 130 interrupted.)";
+
+std::string is_named(const std::string& name) {
+    return name.empty() ? "the name is empty" : "";
+}
+
+void describe_inputs(CLI::App& program, options_t& options) {
+    program
+        .add_option("RAW", options.names,
+                    "raw files (.cr2, .crw), and folders with -r; RAW TIFF names one raw file and its output")
+        ->check(is_named);
+    program.add_flag(
+        "-r,--recursive", options.is_recursive,
+        "convert the raw files in folders and in the folders below; links to folders are not followed");
+    auto* const list = program.add_option("--files-from", options.list,
+                                          "read more names from a file, - for standard input, one a line");
+    list->check(is_named);
+    program.add_flag("-0,--null", options.is_list_zero_separated, "the names of the list end in zero bytes")
+        ->needs(list);
+}
+
+void describe_outputs(CLI::App& program, options_t& options) {
+    auto* const output =
+        program.add_option("-o,--output", options.output, "the TIFF to write, for a single raw file");
+    output->check(is_named);
+    program
+        .add_option("-d,--directory", options.folder,
+                    "write into this folder instead of beside the raw files; with -r the tree is kept")
+        ->check(is_named)
+        ->excludes(output);
+    program
+        .add_option_function<std::string>(
+            "--existing", [&](const std::string& choice) { options.existing = existing_choices.at(choice); },
+            "where the TIFF exists: error, skip, overwrite, or newer (overwrite where the raw file is newer, "
+            "else skip); error unless the TIFF is named (overwrite) or --resume is given (newer)")
+        ->check(CLI::IsMember(existing_choices))
+        ->type_name("");
+    program.add_flag("--preserve-times", options.keeps_modification_times,
+                     "give each TIFF the modification time of its raw file");
+}
+
+void describe_workers(CLI::App& program, options_t& options) {
+    limits_t& limits = options.limits;
+    limits.workers = std::clamp(std::thread::hardware_concurrency(), 1U, most_workers);
+    program.add_option("-j,--jobs", limits.workers, "worker processes; one for each core unless given")
+        ->check(CLI::Range(1U, most_workers));
+    program.add_option("--timeout", limits.seconds, "give a file up after so many seconds")
+        ->check(CLI::PositiveNumber)
+        ->type_name("SECONDS");
+    program
+        .add_option("--memory-limit", limits.memory_bytes,
+                    "let a file fail that takes more address space, for example 2GB")
+        ->transform(CLI::AsSizeValue(false))
+        ->type_name("SIZE");
+}
+
+void describe_reports(CLI::App& program, options_t& options) {
+    auto* const quiet = program.add_flag_callback(
+        "-q,--quiet", [&] { options.verbosity = verbosity_t::quiet; }, "report failures only");
+    program
+        .add_flag_callback(
+            "-v,--verbose", [&] { options.verbosity = verbosity_t::verbose; }, "report every file")
+        ->excludes(quiet);
+    program.add_flag("--json", options.has_json,
+                     "write a JSON object for each file on standard output, and one for the sum");
+    program.add_option("--log", options.log, "append the same lines to a file")->check(is_named);
+    program
+        .add_option(
+            "--resume", options.resume,
+            "do what an earlier run with this log has left, and go on with the log; failures that may pass "
+            "are tried again")
+        ->check(is_named);
+}
+
+// Two names are a raw file and its TIFF, unless the second is a raw file's: that is never an output.
+void take_named_output(options_t& options) {
+    const bool is_pair = options.names.size() == 2 && options.list.empty() && options.folder.empty() &&
+                         options.output.empty() && !options.is_recursive &&
+                         !has_raw_name(options.names.back());
+    if (!is_pair)
+        return;
+    options.output = options.names.back();
+    options.names.pop_back();
+}
+
+void check_combination(const options_t& options) {
+    if (options.names.empty() && options.list.empty())
+        throw CLI::ValidationError("RAW is required");
+    if (!options.output.empty() && !options.is_single())
+        throw CLI::ValidationError("-o takes a single raw file, without -r and --files-from");
+}
+
+} // namespace
+
+std::optional<int> read_command_line(int argc, char** argv, options_t& options) {
+    CLI::App program("Converts Canon raw files to TIFFs with 16 bits for each channel.", "raw-to-tiff");
+    describe_inputs(program, options);
+    describe_outputs(program, options);
+    describe_workers(program, options);
+    describe_reports(program, options);
+    program.set_version_flag("--version", "raw-to-tiff " + std::string(program_version));
+    program.footer(footer);
+    try {
+        program.parse(argc, argv);
+        take_named_output(options);
+        check_combination(options);
+        return {};
+    } catch (const CLI::ParseError& error) {
+        if (error.get_exit_code() == 0) { // an answer to --help or --version
+            program.exit(error);
+            return std::cout.flush() ? exit_converted : exit_failed;
+        }
+        std::cerr << "raw-to-tiff: " << error.what() << " (see raw-to-tiff --help)\n";
+        return exit_wrong_usage;
+    }
+}

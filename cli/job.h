@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+// One raw file to convert. Names are bytes, as the system gives them.
+struct job_t {
+    std::string input;
+    std::string output;
+    bool makes_folders = false;           // those that the output lies in
+    bool keeps_modification_time = false; // the output gets the input's
+};

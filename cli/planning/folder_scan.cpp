@@ -1,0 +1,54 @@
+#include "cli/planning/folder_scan.h"
+
+#include "cli/planning/raw_name.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct listing_t {
+    std::vector<fs::path> folders;
+    std::vector<fs::path> raw_files;
+    std::error_code error;
+};
+
+// Both in order of names.
+listing_t list(const fs::path& folder) {
+    listing_t found;
+    fs::directory_iterator entries(folder, found.error);
+    for (; !found.error && entries != fs::directory_iterator(); entries.increment(found.error)) {
+        std::error_code unknown;
+        const fs::path name = entries->path().filename();
+        if (fs::is_directory(entries->symlink_status(unknown)))
+            found.folders.push_back(name);
+        else if (has_raw_name(name.string()) && !entries->is_directory(unknown))
+            found.raw_files.push_back(name);
+    }
+    std::ranges::sort(found.folders);
+    std::ranges::sort(found.raw_files);
+    return found;
+}
+
+} // namespace
+
+folder_scan_t scan_folder(const std::string& folder) {
+    folder_scan_t scan;
+    std::vector<fs::path> waiting = {""}; // relative to the folder; the next one is the last
+    while (!waiting.empty()) {
+        const fs::path relative = waiting.back();
+        waiting.pop_back();
+        const fs::path path = relative.empty() ? fs::path(folder) : folder / relative;
+        const listing_t found = list(path);
+        if (found.error)
+            scan.unreadable.emplace_back(path.string(), found.error.message());
+        for (const fs::path& name : found.raw_files)
+            scan.raw_files.push_back((relative / name).string());
+        for (auto name = found.folders.rbegin(); name != found.folders.rend(); ++name)
+            waiting.push_back(relative / *name);
+    }
+    return scan;
+}

@@ -1,0 +1,113 @@
+#include "cli/program.h"
+
+#include "cli/converting/conversion_run.h"
+#include "cli/exit_code.h"
+#include "cli/planning/plan.h"
+#include "cli/reporting/json_report.h"
+#include "cli/reporting/one_line.h"
+#include "cli/reporting/single_report.h"
+#include "cli/reporting/text_report.h"
+
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+void complain(std::string_view problem) {
+    std::cerr << "raw-to-tiff: " + one_line(problem) + '\n';
+}
+
+// Answers the exit code where there can be no such folder.
+std::optional<int> make_output_folder(const std::string& folder) {
+    std::error_code error;
+    if (folder.empty() || fs::is_directory(folder, error))
+        return {};
+    if (fs::exists(folder, error)) {
+        complain(folder + ": not a folder");
+        return exit_wrong_usage;
+    }
+    if (fs::create_directories(folder, error); error) {
+        complain(folder + ": cannot make the folder: " + error.message());
+        return exit_system_failed;
+    }
+    return {};
+}
+
+// Answers nothing, and complains, where a list or a log cannot be read, or two inputs have one output.
+std::optional<plan_t> make_sound_plan(const options_t& options) {
+    try {
+        plan_t plan = make_plan(options);
+        for (const std::string& conflict : plan.conflicts)
+            complain(conflict);
+        return plan.conflicts.empty() ? std::optional(std::move(plan)) : std::nullopt;
+    } catch (const std::system_error& problem) {
+        complain(problem.what());
+        return {};
+    }
+}
+
+void add_sinks(reports& reports, const options_t& options) {
+    if (options.is_single())
+        reports.add(std::make_unique<single_report>(options.verbosity));
+    else
+        reports.add(std::make_unique<text_report>(options.verbosity));
+    if (options.has_json)
+        reports.add(json_report::on_standard_output());
+    const std::string& log = options.log.empty() ? options.resume : options.log;
+    if (!log.empty())
+        reports.add(json_report::in_file(log));
+}
+
+// What cannot be told on, or done at all, ends the run; those who can still be told learn of it.
+ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports) {
+    ending_t ending = ending_t::stopped;
+    try {
+        for (const result_t& result : plan.settled)
+            reports.take(result);
+        ending = plan.jobs.empty() ? ending_t::complete : convert_all(plan.jobs, limits, reports);
+        reports.finish(ending);
+        return ending;
+    } catch (const std::system_error& problem) {
+        reports.abandon();
+        complain(problem.what());
+        return ending_t::stopped;
+    }
+}
+
+int exit_code_of_one(ending_t ending, const tally& sum) {
+    if (ending == ending_t::interrupted)
+        return exit_interrupted;
+    return sum.inq_left() == 0 ? code_of(sum.inq_last_outcome()) : exit_failed;
+}
+
+int exit_code_of_many(ending_t ending, const tally& sum) {
+    if (ending == ending_t::interrupted)
+        return exit_interrupted;
+    if (ending == ending_t::stopped || sum.has_system_failure())
+        return exit_system_failed;
+    return sum.inq_failed() > 0 ? exit_bad_inputs : exit_converted;
+}
+
+} // namespace
+
+int run_program(const options_t& options) {
+    if (const auto code = make_output_folder(options.folder))
+        return *code;
+    const auto plan = make_sound_plan(options);
+    if (!plan)
+        return exit_wrong_usage;
+    reports reports(plan->jobs.size() + plan->settled.size());
+    try {
+        add_sinks(reports, options);
+    } catch (const std::system_error& problem) {
+        complain(problem.what());
+        return exit_wrong_usage;
+    }
+    const ending_t ending = carry_out(*plan, options.limits, reports);
+    const tally& sum = reports.inq_tally();
+    return options.is_single() ? exit_code_of_one(ending, sum) : exit_code_of_many(ending, sum);
+}

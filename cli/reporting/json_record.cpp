@@ -1,0 +1,104 @@
+#include "cli/reporting/json_record.h"
+
+#include "cli/reporting/tally.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+
+namespace {
+
+using json_t = nlohmann::ordered_json;
+
+std::string text_of(const json_t& json) {
+    return json.dump(-1, ' ', false, json_t::error_handler_t::replace);
+}
+
+double rounded(double seconds) {
+    return std::round(seconds * 1000) / 1000;
+}
+
+std::string_view name_of(ending_t ending) noexcept {
+    switch (ending) {
+    case ending_t::complete:
+        return "complete";
+    case ending_t::interrupted:
+        return "interrupted";
+    case ending_t::stopped:
+        return "stopped";
+    }
+    return {};
+}
+
+// Answers what the reading of an object makes; nothing where the text is no such object.
+template <typename Read>
+auto read_object(std::string_view text, Read read) -> decltype(read(json_t())) {
+    try {
+        return read(json_t::parse(text));
+    } catch (const json_t::exception&) {
+        return {};
+    }
+}
+
+} // namespace
+
+std::string json_of(const result_t& result) {
+    json_t json = {{"input", result.job.input},
+                   {"output", result.job.output},
+                   {"outcome", name_of(result.outcome)},
+                   {"code", code_of(result.outcome)},
+                   {"reason", result.reason},
+                   {"camera", result.camera},
+                   {"width", result.width},
+                   {"height", result.height},
+                   {"seconds", rounded(result.seconds)}};
+    return text_of(json);
+}
+
+std::optional<result_t> result_of_json(std::string_view line) {
+    return read_object(line, [](const json_t& json) -> std::optional<result_t> {
+        const auto outcome = outcome_named(json.at("outcome").get<std::string>());
+        if (!outcome)
+            return {};
+        result_t result;
+        json.at("input").get_to(result.job.input);
+        json.at("output").get_to(result.job.output);
+        result.outcome = *outcome;
+        json.at("reason").get_to(result.reason);
+        json.at("camera").get_to(result.camera);
+        result.width = json.at("width");
+        result.height = json.at("height");
+        result.seconds = json.at("seconds");
+        return result;
+    });
+}
+
+std::string json_of(ending_t ending, const tally& sum) {
+    json_t json = {{"files", sum.inq_files()},
+                   {"converted", sum.inq_converted()},
+                   {"skipped", sum.inq_skipped()},
+                   {"failed", sum.inq_failed()},
+                   {"left", sum.inq_left()},
+                   {"megapixels", rounded(sum.inq_megapixels())},
+                   {"seconds", rounded(sum.inq_seconds())},
+                   {"ending", name_of(ending)}};
+    return text_of({{"sum", std::move(json)}});
+}
+
+std::string json_of(const job_t& job) {
+    return text_of({{"input", job.input},
+                    {"output", job.output},
+                    {"makes_folders", job.makes_folders},
+                    {"keeps_modification_time", job.keeps_modification_time}});
+}
+
+std::optional<job_t> job_of_json(std::string_view text) {
+    return read_object(text, [](const json_t& json) -> std::optional<job_t> {
+        job_t job;
+        json.at("input").get_to(job.input);
+        json.at("output").get_to(job.output);
+        json.at("makes_folders").get_to(job.makes_folders);
+        json.at("keeps_modification_time").get_to(job.keeps_modification_time);
+        return job;
+    });
+}

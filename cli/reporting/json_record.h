@@ -1,0 +1,20 @@
+#pragma once
+
+#include "cli/reporting/result_sink.h"
+#include "cli/result.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// A file's result as one line of JSON without a line end; names that are not UTF-8 have question marks. The
+// same form goes to the user, into logs, and from the workers to the program.
+[[nodiscard]] std::string json_of(const result_t& result);
+
+// The way back; nothing for any other text.
+[[nodiscard]] std::optional<result_t> result_of_json(std::string_view line);
+
+[[nodiscard]] std::string json_of(ending_t ending, const tally& sum);
+
+[[nodiscard]] std::string json_of(const job_t& job);
+[[nodiscard]] std::optional<job_t> job_of_json(std::string_view text);

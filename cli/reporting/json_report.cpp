@@ -1,0 +1,53 @@
+#include "cli/reporting/json_report.h"
+
+#include "cli/reporting/json_record.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iostream>
+#include <system_error>
+
+namespace {
+
+[[noreturn]] void throw_unwritable(const std::string& name) {
+    throw std::system_error(errno, std::generic_category(), "cannot write " + name);
+}
+
+// The last line of a run that the power left is not whole.
+bool ends_within_line(const std::string& path) {
+    std::ifstream log(path, std::ios::binary | std::ios::ate);
+    if (!log || log.tellg() <= 0)
+        return false;
+    log.seekg(-1, std::ios::end);
+    return log.get() != '\n';
+}
+
+} // namespace
+
+std::unique_ptr<result_sink> json_report::on_standard_output() {
+    const std::shared_ptr<std::ostream> not_owned(&std::cout, [](std::ostream*) {});
+    return std::make_unique<json_report>(not_owned, "standard output");
+}
+
+std::unique_ptr<result_sink> json_report::in_file(const std::string& path) {
+    const bool is_torn = ends_within_line(path);
+    auto log = std::make_shared<std::ofstream>(path, std::ios::binary | std::ios::app);
+    if (!*log)
+        throw_unwritable(path);
+    if (is_torn)
+        *log << '\n';
+    return std::make_unique<json_report>(std::move(log), path);
+}
+
+void json_report::take(const result_t& result, const tally&) {
+    write_line(json_of(result));
+}
+
+void json_report::finish(ending_t ending, const tally& sum) {
+    write_line(json_of(ending, sum));
+}
+
+void json_report::write_line(const std::string& line) {
+    if (!(*m_stream << line + '\n' << std::flush))
+        throw_unwritable(m_name);
+}

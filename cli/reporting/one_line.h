@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Text that stays on one line and steers no terminal, whatever characters the names in it hold.
+[[nodiscard]] std::string one_line(std::string_view text);
+
+// The first characters of a line of UTF-8 text that fit into so many columns.
+[[nodiscard]] std::string_view cut_to_columns(std::string_view text, std::size_t columns) noexcept;

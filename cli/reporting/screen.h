@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// Standard error: lines that stay, and on a terminal one last line below them that changes. A write that
+// fails, as to a standard error that is closed, is nobody's loss.
+class screen final {
+public:
+    screen() noexcept;
+    screen(const screen&) = delete;
+    screen& operator=(const screen&) = delete;
+    ~screen() { clear_status(); }
+
+    [[nodiscard]] bool has_status() const noexcept { return m_is_terminal; }
+    [[nodiscard]] unsigned inq_columns() const noexcept;
+
+    // "raw-to-tiff: " and the text.
+    void write_line(std::string_view text);
+
+    // Text that fits into the columns, apart from escapes; on a terminal only.
+    void show_status(std::string text);
+    void clear_status();
+
+    // Text in a colour, where colours are wanted.
+    [[nodiscard]] std::string in_green(std::string_view text) const;
+    [[nodiscard]] std::string in_red(std::string_view text) const;
+
+private:
+    [[nodiscard]] std::string in_colour(std::string_view code, std::string_view text) const;
+
+    bool m_is_terminal;
+    bool m_has_colours;
+    std::string m_status;
+};

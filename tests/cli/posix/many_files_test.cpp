@@ -1,0 +1,149 @@
+#include "tests/cli/posix/program_fixture.h"
+
+#include <chrono>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Each test has a tree of two sound files and a damaged one, and what may confuse a walk.
+class many_files_test : public program_fixture {
+protected:
+    many_files_test() {
+        fs::create_directories(m_folder / "in" / "below");
+        fs::copy_file(SAMPLE_FILE, m_folder / "in" / "a.CR2");
+        fs::copy_file(SAMPLE_FILE, m_folder / "in" / "below" / "b\n.cr2");
+        write_file(m_folder / "in" / "bad.crw", "no picture");
+        write_file(m_folder / "in" / "notes.txt", "none");
+        fs::create_directory_symlink(m_folder / "in", m_folder / "in" / "below" / "circle");
+        fs::create_directory(m_folder / "in" / "folder.cr2");
+        fs::current_path(m_folder);
+    }
+    ~many_files_test() override { fs::current_path("/"); }
+};
+
+// Superusers give up the right to ignore permissions; nobody else has it.
+std::string unprivileged() {
+    return ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search" : "";
+}
+
+TEST_F(many_files_test, answers_for_all) {
+    fs::create_directory("locked");
+    fs::permissions("locked", fs::perms::none);
+    write_file("bad\xFF.cr2", "");
+    write_file("back\\slash.cr2", "");
+    write_file("file", "");
+    fs::create_symlink("circle.cr2", "circle.cr2");
+    fs::create_directory("other");
+    fs::copy_file(SAMPLE_FILE, "other/a.cr2");
+    const std::string both = "out/a.tif out/below/b\n.tif ";
+    const struct {
+        words_t arguments;
+        int exit_code;
+        std::string output;  // a part of what the program says on standard output
+        std::string errors;  // and on standard error
+        std::string outputs; // all TIFFs
+        std::string prefix = {};
+        std::string suffix = {};
+    } rows[] = {
+        {{"-r", "in", "-d", "out"}, 1, "", "in/bad.crw: no Canon raw picture in it\n", both},
+        {{"-r", "in", "-d", "out"}, 1, "", "2 converted, 0 skipped, 1 failed", both},
+        {{"-rvd", "out", "in"}, 1, "", "in/below/b?.cr2: converted in", both},
+        {{"-rqd", "out", "in/below"}, 0, "", "", "out/b\n.tif "},
+        {{"-rd", "out", "in", "--json"}, 1, R"("outcome":"bad_input","code":11,"reason":"no)", "", both},
+        {{"-rd", "out", "in", "--json"}, 1, R"("camera":"Canon EOS 5D Mark II","width":)", "", both},
+        {{"-rd", "out", "in", "--json"},
+         1,
+         R"({"sum":{"files":3,"converted":2,"skipped":0,"failed":1,"left":0)",
+         "",
+         both},
+        {{"in/a.CR2", "in/a.CR2", "./in/../in/a.CR2", "-d", "out"}, 0, "", "1 converted", "out/a.tif "},
+        {{"in/a.CR2", "other/a.cr2", "-d", "out"},
+         2,
+         "",
+         "a.CR2 and other/a.cr2 would both become out/a.tif",
+         ""},
+        {{"in", "-d", "out"}, 1, "", "in: not a .cr2 or .crw file", ""},
+        {{"in/a.CR2", "in/notes.txt", "none.cr2", "-d", "out"}, 1, "", "notes.txt: not a .cr2", "out/a.tif "},
+        {{"in/a.CR2", "none.cr2", "-d", "out"}, 1, "", "none.cr2: there is no such file", "out/a.tif "},
+        {{"in/a.CR2", "circle.cr2", "-d", "out"}, 1, "", "circle.cr2: there is no such file", "out/a.tif "},
+        {{"in/a.CR2", "bad\xFF.cr2", "-d", "out"}, 1, "", "the name is not UTF-8", "out/a.tif "},
+        {{"in/a.CR2", "back\\slash.cr2", "-d", "out"}, 1, "", "holds a backslash", "out/a.tif "},
+        {{"in/a.CR2", "-d", "file"}, 2, "", "file: not a folder", ""},
+        {{"in/a.CR2", "-d", "file/out"}, 3, "", "cannot make the folder", ""},
+        {{"in/a.CR2", "-d", "locked/out"}, 3, "", "cannot make the folder", "", unprivileged()},
+        {{"in/a.CR2", "-d", "locked"}, 3, "", "Permission denied", "", unprivileged()},
+        {{"-r", "in/below", "locked", "-d", "out"},
+         3,
+         "",
+         "locked: cannot read the folder",
+         "out/b\n.tif ",
+         unprivileged()},
+        {{"in/a.CR2", "-d", "out", "-o", "x.tif"}, 2, "", "", ""},
+        {{"in/a.CR2", "other/a.cr2", "-o", "x.tif"}, 2, "", "-o takes a single raw file", ""},
+        {{"other/a.cr2", "-o", "out.tif"}, 0, "", "", "out.tif "},
+        {{"--files-from", "-", "-d", "out"},
+         1,
+         "",
+         "1 converted, 0 skipped, 1 failed",
+         "out/a.tif ",
+         "printf 'in/a.CR2\\n\\nnone.cr2\\n' |"},
+        {{"--files-from", "-", "-0", "-rd", "out"},
+         0,
+         "",
+         "2 converted",
+         "out/in/a.tif out/in/below/b\n.tif ",
+         "find in -name '[ab]*.[cC][rR]2' -print0 |"},
+        {{"--files-from", "none"}, 2, "", "cannot read the list none", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "none/log"}, 2, "", "cannot write none/log", ""},
+        {{"in/a.CR2", "-d", "out", "--json"}, 3, "", "standard output", "out/a.tif ", "", ">&-"},
+        {{"in/a.CR2", "in/bad.crw", "-d", "out"}, 1, "", "", "out/a.tif ", "", "2>&- >&- <&-"},
+    };
+    for (const auto& [arguments, exit_code, output, errors, outputs, prefix, suffix] : rows) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        EXPECT_EQ(run(arguments, prefix, suffix), exit_code);
+        EXPECT_NE(m_output.find(output), std::string::npos) << m_output;
+        EXPECT_NE(m_errors.find(errors), std::string::npos) << m_errors;
+        EXPECT_EQ(list_outputs(), outputs);
+        EXPECT_TRUE(fs::is_empty(m_temporary));
+        fs::remove_all("out");
+        fs::remove("out.tif");
+    }
+}
+
+TEST_F(many_files_test, minds_what_exists) {
+    const fs::path raw = "in/a.CR2";
+    const auto now = fs::last_write_time(raw);
+    const struct {
+        words_t choice;
+        std::chrono::seconds age; // of the TIFF, beyond the raw file's
+        int exit_code;
+        bool is_converted;
+    } rows[] = {
+        {{}, 0s, 1, false},
+        {{"--existing", "error"}, 9s, 1, false},
+        {{"--existing", "skip"}, 9s, 0, false},
+        {{"--existing", "newer"}, 9s, 0, true},
+        {{"--existing", "newer", "--preserve-times"}, 9s, 0, true},
+        {{"--existing", "newer"}, 0s, 0, false},
+        {{"--existing", "overwrite"}, -9s, 0, true},
+        {{"--existing", "overwrite", "--preserve-times"}, -9s, 0, true},
+    };
+    fs::create_directory("out");
+    for (const auto& [choice, age, exit_code, is_converted] : rows) {
+        SCOPED_TRACE(testing::PrintToString(choice));
+        write_file("out/a.tif", "older");
+        fs::last_write_time("out/a.tif", now - age);
+        words_t arguments = {raw, "-d", "out"};
+        arguments.insert(arguments.end(), choice.begin(), choice.end());
+        EXPECT_EQ(run(arguments), exit_code) << m_errors;
+        EXPECT_EQ(read_file("out/a.tif") != "older", is_converted);
+        const bool keeps_time = choice.size() == 3;
+        EXPECT_TRUE(!keeps_time || fs::last_write_time("out/a.tif") == now);
+    }
+}
+
+} // namespace

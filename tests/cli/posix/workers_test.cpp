@@ -1,0 +1,107 @@
+#include "tests/cli/posix/program_fixture.h"
+
+#include <random>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr auto preload =
+    "ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0 LD_PRELOAD='" FATEFUL_CALLS "' ";
+
+class workers_test : public program_fixture {
+protected:
+    workers_test() {
+        fs::create_directory(m_folder / "in");
+        fs::current_path(m_folder);
+    }
+    ~workers_test() override { fs::current_path("/"); }
+
+    static void add_raw_file(const std::string& name) { fs::copy_file(SAMPLE_FILE, "in/" + name); }
+};
+
+TEST_F(workers_test, lose_only_their_own_file) {
+    for (const char* name : {"a.cr2", "b crash.cr2", "c.cr2", "d kill.cr2", "e.cr2", "f hang.cr2", "g.cr2"})
+        add_raw_file(name);
+    for (const char* workers : {"1", "3"}) {
+        EXPECT_EQ(run({"-rd", "out", "in", "-j", workers, "--timeout", "3", "--log", "log"}, preload), 3);
+        EXPECT_EQ(list_outputs(), "out/a.tif out/c.tif out/e.tif out/g.tif ");
+        const char* const complaints[] = {"in/b crash.cr2: the process that converted it ended: Segmentation",
+                                          "in/d kill.cr2: the process that converted it ended: Killed",
+                                          "in/f hang.cr2: it took longer than --timeout allows",
+                                          "4 converted, 0 skipped, 3 failed"};
+        for (const char* const complaint : complaints)
+            EXPECT_NE(m_errors.find(complaint), std::string::npos) << m_errors;
+        EXPECT_TRUE(fs::is_empty(m_temporary));
+        fs::remove_all("out");
+    }
+    EXPECT_EQ(run({"in/b crash.cr2", "single.tif"}, preload), 11);
+}
+
+TEST_F(workers_test, are_stopped) {
+    add_raw_file("a.cr2");
+    add_raw_file("b.cr2");
+    const std::string hanging = std::string(preload) + "HANG_AT_FSYNC=1 ";
+    EXPECT_EQ(run({"-rd", "out", "in", "--timeout", "1"}, hanging), 1);
+    EXPECT_EQ(list_outputs(), "");
+    const struct {
+        std::string stop;
+        words_t arguments;
+        std::string errors;
+    } rows[] = {
+        {"-s INT 1", {"-rd", "out", "in"}, "0 converted, 0 skipped, 0 failed"},
+        {"-s INT --foreground 1", {"-rd", "out", "in", "-q"}, "2 left"},
+        {"-s TERM 1", {"-rd", "out", "in", "-j", "1"}, "2 left"},
+        {"-s HUP 1", {"in/a.cr2", "out.tif"}, "interrupted, nothing was written"},
+    };
+    for (const auto& [stop, arguments, errors] : rows) {
+        EXPECT_EQ(run(arguments, hanging + "timeout --preserve-status " + stop), 130);
+        EXPECT_NE(m_errors.find(errors), std::string::npos) << m_errors;
+        EXPECT_EQ(list_outputs(), "");
+        EXPECT_TRUE(fs::is_empty(m_temporary));
+    }
+    run({"-rd", "out", "in"}, hanging + "timeout -s KILL 2");
+    EXPECT_NE(list_outputs(), "") << "killed too early";
+    EXPECT_EQ(run({"-rd", "out", "in"}), 0) << m_errors;
+    EXPECT_EQ(list_outputs(), "out/a.tif out/b.tif ");
+    EXPECT_TRUE(fs::is_empty(m_temporary));
+}
+
+TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
+    for (int i = 0; i < 30; ++i)
+        add_raw_file(std::to_string(i) + ".cr2");
+    write_file("in/bad.cr2", read_file("in/0.cr2").substr(0, 100'000));
+    ASSERT_EQ(run({"-rd", "never killed", "in"}), 1) << m_errors;
+    std::mt19937 random(1);
+    int code = 137;
+    int attempts = 0;
+    for (; code == 137 && attempts < 60; ++attempts) {
+        const auto milliseconds = std::uniform_int_distribution(20, 120)(random) + 20 * attempts;
+        const std::string kill = "timeout -s KILL " + std::to_string(milliseconds / 1e3);
+        code = run({"-rd", "out", "in", "--resume", "log"}, kill + " setpriv --pdeathsig KILL");
+    }
+    EXPECT_EQ(code, 1) << m_errors;
+    EXPECT_GT(attempts, 2);
+    for (const std::string& name : list_folder("never killed"))
+        EXPECT_TRUE(read_file("never killed/" + name) == read_file("out/" + name)) << name;
+    EXPECT_EQ(list_folder("out"), list_folder("never killed"));
+    EXPECT_TRUE(fs::is_empty(m_temporary));
+    EXPECT_EQ(run({"-rd", "out", "in", "--resume", "log"}), 1);
+    EXPECT_NE(m_errors.find("0 converted, 30 skipped, 1 failed"), std::string::npos) << m_errors;
+}
+
+TEST_F(workers_test, have_a_full_disk) {
+    if (std::system("unshare --mount true") != 0)
+        GTEST_SKIP() << "only the superuser can make a small disk";
+    for (const char* name : {"a.cr2", "b.cr2", "c.cr2", "d.cr2"})
+        add_raw_file(name);
+    fs::create_directory("out");
+    const std::string script =
+        R"(mount -t tmpfs -o size=1200k none out && "$@"; code=$?; ls -A out >&2; exit $code)";
+    EXPECT_EQ(run({"-rd", "out", "in", "-j", "1"}, "unshare --mount sh -c '" + script + "' sh"), 3);
+    EXPECT_NE(m_errors.find("No space left on device"), std::string::npos) << m_errors;
+    EXPECT_NE(m_errors.find("stopped: 1 converted, 0 skipped, 1 failed"), std::string::npos) << m_errors;
+    EXPECT_TRUE(m_errors.ends_with("\na.tif\n")) << m_errors;
+}
+
+} // namespace
