@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -16,7 +17,7 @@ struct listing_t {
     std::error_code error;
 };
 
-// Both in order of names.
+// The raw files in order of names; the folders in the opposite order, so that the last is the next.
 listing_t list(const fs::path& folder) {
     listing_t found;
     fs::directory_iterator entries(folder, found.error);
@@ -28,7 +29,7 @@ listing_t list(const fs::path& folder) {
         else if (has_raw_name(name.string()) && !entries->is_directory(unknown))
             found.raw_files.push_back(name);
     }
-    std::ranges::sort(found.folders);
+    std::ranges::sort(found.folders, std::ranges::greater());
     std::ranges::sort(found.raw_files);
     return found;
 }
@@ -47,8 +48,8 @@ folder_scan_t scan_folder(const std::string& folder) {
             scan.unreadable.emplace_back(path.string(), found.error.message());
         for (const fs::path& name : found.raw_files)
             scan.raw_files.push_back((relative / name).string());
-        for (auto name = found.folders.rbegin(); name != found.folders.rend(); ++name)
-            waiting.push_back(relative / *name);
+        for (const fs::path& name : found.folders)
+            waiting.push_back(relative / name);
     }
     return scan;
 }

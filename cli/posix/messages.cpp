@@ -6,7 +6,7 @@
 namespace {
 
 // Room for two paths and a reason, each character of them escaped.
-constexpr std::size_t largest_message = 128 * 1024;
+constexpr std::size_t largest_message = 131'072;
 
 template <typename Call>
 auto repeated_when_interrupted(Call call) noexcept {

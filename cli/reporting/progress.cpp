@@ -27,7 +27,7 @@ std::string clock_time(double seconds) {
 }
 
 std::string describe_pace(const tally& tally) {
-    return fixed(tally.inq_megapixels() / std::max(tally.inq_seconds(), 1e-3), 1) + " megapixels a second";
+    return fixed(tally.inq_megapixels() / std::max(tally.inq_seconds(), 1e-3), 1) + " MP/s";
 }
 
 } // namespace

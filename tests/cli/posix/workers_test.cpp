@@ -7,7 +7,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr auto preload =
-    "ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0 LD_PRELOAD='" FATEFUL_CALLS "' ";
+    "ASAN_OPTIONS=detect_leaks=0:handle_segv=0:verify_asan_link_order=0 LD_PRELOAD='" FATEFUL_CALLS "' ";
 
 class workers_test : public program_fixture {
 protected:
@@ -36,6 +36,15 @@ TEST_F(workers_test, lose_only_their_own_file) {
         fs::remove_all("out");
     }
     EXPECT_EQ(run({"in/b crash.cr2", "single.tif"}, preload), 11);
+}
+
+TEST_F(workers_test, have_a_memory_limit) {
+    if (IS_SANITIZED)
+        GTEST_SKIP() << "the address sanitizer takes terabytes of address space";
+    add_raw_file("a.cr2");
+    EXPECT_EQ(run({"-rd", "out", "in", "--memory-limit", "1MB"}), 1);
+    EXPECT_NE(m_errors.find("not enough memory"), std::string::npos) << m_errors;
+    EXPECT_EQ(run({"-rd", "out", "in", "--memory-limit", "2GB"}), 0) << m_errors;
 }
 
 TEST_F(workers_test, are_stopped) {
