@@ -68,7 +68,7 @@ ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports)
     try {
         for (const result_t& result : plan.settled)
             reports.take(result);
-        ending = plan.jobs.empty() ? ending_t::complete : convert_all(plan.jobs, limits, reports);
+        ending = convert_all(plan.jobs, limits, reports);
         reports.finish(ending);
         return ending;
     } catch (const std::system_error& problem) {

@@ -8,7 +8,8 @@
 
 namespace {
 
-// What a run that was killed has left beside the TIFFs.
+// What a run that was killed has left beside the TIFFs. Its processes may still be ending when the next one
+// begins, which therefore looks twice.
 void tidy_up(const std::vector<job_t>& jobs) {
     std::set<std::string> folders;
     for (const job_t& job : jobs)
@@ -21,6 +22,7 @@ void tidy_up(const std::vector<job_t>& jobs) {
 
 ending_t convert_all(const std::vector<job_t>& jobs, const limits_t& limits, reports& reports) {
     tidy_up(jobs);
-    worker_team team(jobs, limits, reports);
-    return team.run();
+    const ending_t ending = worker_team(jobs, limits, reports).run();
+    tidy_up(jobs);
+    return ending;
 }

@@ -55,6 +55,7 @@ run_folder::run_folder() {
 run_folder::~run_folder() {
     std::error_code ignored;
     fs::remove_all(m_path, ignored);
+    remove_abandoned_runs(fs::path(m_path).parent_path().string());
 }
 
 std::string run_folder::make_fresh(unsigned worker) const {

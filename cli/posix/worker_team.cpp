@@ -26,7 +26,7 @@ std::string folder_of(const job_t& job) {
 
 // No more workers than files, and all cores for those that there are.
 unsigned count_workers(std::size_t jobs, const limits_t& limits) {
-    return static_cast<unsigned>(std::min<std::size_t>(jobs, limits.workers));
+    return static_cast<unsigned>(std::clamp<std::size_t>(jobs, 1, limits.workers));
 }
 
 } // namespace
