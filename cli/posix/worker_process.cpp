@@ -1,6 +1,7 @@
 #include "cli/posix/worker_process.h"
 
 #include "cli/posix/messages.h"
+#include "platform/posix/uninterrupted.h"
 
 #include <array>
 #include <cerrno>
@@ -122,8 +123,7 @@ worker_end_t worker_process::end() {
         return {};
     ::kill(m_process, SIGKILL);
     int status = 0;
-    while (::waitpid(m_process, &status, 0) == -1 && errno == EINTR)
-        ;
+    platform::uninterrupted([&] { return ::waitpid(m_process, &status, 0); });
     m_process = 0;
     m_socket.close();
     return describe_end(status);

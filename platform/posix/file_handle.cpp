@@ -1,6 +1,7 @@
 #include "platform/file_handle.h"
 
 #include "platform/posix/native_path.h"
+#include "platform/posix/uninterrupted.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -9,19 +10,6 @@
 #include <utility>
 
 namespace platform {
-
-namespace {
-
-// Repeats a system call that a signal interrupted.
-template <typename Call>
-auto uninterrupted(Call&& call) noexcept {
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
-
-} // namespace
 
 file_handle file_handle::open_to_read(const utf16_t* path) noexcept {
     const native_path native(path);

@@ -1,5 +1,7 @@
 #include "sdk/open/system/system_calls.h"
 
+#include "platform/posix/uninterrupted.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -13,13 +15,7 @@
 namespace sdk_open::system_calls {
 namespace {
 
-template <typename Call>
-auto repeated_when_interrupted(Call call) noexcept {
-    auto answer = call();
-    while (answer == -1 && errno == EINTR)
-        answer = call();
-    return answer;
-}
+using platform::uninterrupted;
 
 file_status described(const struct stat& found) noexcept {
     if (S_ISREG(found.st_mode))
@@ -31,20 +27,19 @@ file_status described(const struct stat& found) noexcept {
 } // namespace
 
 int open_for_reading(const std::string& path) noexcept {
-    return repeated_when_interrupted(
-        [&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); });
+    return uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); });
 }
 
 int create_new(const std::string& path) noexcept {
     constexpr mode_t as_umask_allows = 0666;
-    return repeated_when_interrupted([&] {
+    return uninterrupted([&] {
         return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, as_umask_allows);
     });
 }
 
 // The lock belongs to the open file, so that the duplicate keeps it when the original is closed.
 int claim(int descriptor) noexcept {
-    if (repeated_when_interrupted([&] { return ::flock(descriptor, LOCK_EX); }) != 0)
+    if (uninterrupted([&] { return ::flock(descriptor, LOCK_EX); }) != 0)
         return -1;
     return ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
 }
@@ -83,13 +78,13 @@ bool may_make_files_in(const std::string& folder) noexcept {
 }
 
 std::ptrdiff_t read_some_at(int descriptor, std::uint64_t position, std::span<std::byte> target) noexcept {
-    return repeated_when_interrupted(
+    return uninterrupted(
         [&] { return ::pread(descriptor, target.data(), target.size(), static_cast<off_t>(position)); });
 }
 
 std::ptrdiff_t write_some_at(int descriptor, std::uint64_t position,
                              std::span<const std::byte> source) noexcept {
-    return repeated_when_interrupted(
+    return uninterrupted(
         [&] { return ::pwrite(descriptor, source.data(), source.size(), static_cast<off_t>(position)); });
 }
 
@@ -98,12 +93,12 @@ bool says_full_disk(int error_number) noexcept {
 }
 
 int flush_to_medium(int descriptor) noexcept {
-    return repeated_when_interrupted([&] { return ::fsync(descriptor); });
+    return uninterrupted([&] { return ::fsync(descriptor); });
 }
 
 void flush_folder(const std::string& path) noexcept {
     const int folder =
-        repeated_when_interrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (folder == -1)
         return;
     ::fsync(folder);
@@ -132,8 +127,7 @@ void prefer_large_pages(std::span<std::byte> memory) noexcept {
 }
 
 int random_bytes(std::span<std::byte> target) noexcept {
-    const auto count =
-        repeated_when_interrupted([&] { return ::getrandom(target.data(), target.size(), 0); });
+    const auto count = uninterrupted([&] { return ::getrandom(target.data(), target.size(), 0); });
     return count == static_cast<std::ptrdiff_t>(target.size()) ? 0 : -1;
 }
 
