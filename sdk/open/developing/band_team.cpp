@@ -84,6 +84,8 @@ void band_team::wait_until_at_least(const unsigned& count, unsigned wanted) {
 
 void band_team::raise(unsigned& count, unsigned value) {
     const std::scoped_lock lock(m_mutex);
+    if (count == value)
+        return; // most rows that are decoded complete no band: nobody is woken for them
     count = value;
     m_changed.notify_all();
 }
