@@ -8,8 +8,7 @@
 #include <algorithm>
 
 std::int64_t ZRStream::seek(std::int64_t /*position*/) {
-    if (m_error == rstreamerr_ok)
-        m_error = rstreamerr_unsupported;
+    set_error(rstreamerr_unsupported);
     return -1;
 }
 
@@ -36,8 +35,10 @@ void ZRStream::count_lines(const unsigned char* bytes, int n) noexcept {
 }
 
 void ZRStream::set_error(rstreamerr_t error) noexcept {
-    if (m_error == rstreamerr_ok)
-        m_error = error;
+    if (m_error != rstreamerr_ok)
+        return;
+    m_error = error;
+    drop_block(); // whoever finds a byte in the block need not look at the error
 }
 
 ZUString ZRStream::inq_position_text(bool in_bytes) const {
@@ -53,7 +54,7 @@ ZUString ZRStream::inq_position_text(bool in_bytes) const {
 
 bool ZRStream::fetch_block() {
     drop_block();
-    if (fill_buffer(m_buffer, m_size) && m_size > 0)
+    if (m_error == rstreamerr_ok && fill_buffer(m_buffer, m_size) && m_size > 0 && m_error == rstreamerr_ok)
         return true;
     drop_block();
     return false;
@@ -177,7 +178,7 @@ bool ZRStream::read_all(ZData& d) {
     do {
         const int n_unread = inq_n_unread();
         if (!d.append(m_buffer + m_index, n_unread)) {
-            m_error = rstreamerr_no_memory;
+            set_error(rstreamerr_no_memory);
             return false;
         }
         consume(n_unread);

@@ -67,9 +67,7 @@ public:
     // Characters. peek and get answer the next byte as 0 to 255, and -1 at the end.
 
     [[nodiscard]] int peek() {
-        if (m_error != rstreamerr_ok || (m_index >= m_size && !fetch_block()))
-            return -1;
-        return m_buffer[m_index];
+        return m_index < m_size || fetch_block() ? *inq_cursor() : -1;
     }
     [[nodiscard]] int peek_byte() { return peek(); }
 
@@ -188,6 +186,11 @@ private:
     void drop_block() noexcept;
     [[nodiscard]] int inq_n_unread() const noexcept { return m_index < m_size ? m_size - m_index : 0; }
 
+    // Where the next byte of the block lies. An index that is extended without its sign is loaded faster.
+    [[nodiscard]] const unsigned char* inq_cursor() const noexcept {
+        return m_buffer + static_cast<std::uint32_t>(m_index);
+    }
+
     // Counts no further than the counters go.
     static void count(std::int32_t& counter, int n) noexcept {
         constexpr std::int32_t last = std::numeric_limits<std::int32_t>::max();
@@ -228,7 +231,8 @@ private:
     std::int32_t m_without_cr = 0; // from the cursor to this index no carriage return stands in the block
 };
 
-// A value has as many bytes as its binary form. One that lies in the block is read where it is.
+// A value has as many bytes as its binary form. One that lies in the block is read where it is; there is no
+// block while there is an error.
 template <typename T>
 bool ZRStream::read_big_endian(T& v) {
     using pattern_t = std::conditional_t<sizeof(T) == sizeof(std::uint16_t), std::uint16_t, std::uint32_t>;
@@ -237,8 +241,8 @@ bool ZRStream::read_big_endian(T& v) {
 
     std::array<unsigned char, n_bytes> collected;
     const unsigned char* bytes = collected.data();
-    if (m_error == rstreamerr_ok && inq_n_unread() >= int{n_bytes}) {
-        bytes = m_buffer + m_index;
+    if (m_index <= m_size - int{n_bytes}) {
+        bytes = inq_cursor();
         consume(int{n_bytes});
     } else if (!read_bytes(collected.data(), int{n_bytes}, false, nullptr)) {
         return false;

@@ -42,10 +42,6 @@ void ZString::clear() noexcept {
     reset_format();
 }
 
-void ZString::set_bytes(const void* data, unsigned int n) {
-    m_text = text_t(as_chars(data, n));
-}
-
 void ZString::init_narrow(const utf16_t* text) {
     m_text = text_t::mapped(ZTextBuffer<utf16_t>::view_of(text), narrowed);
 }

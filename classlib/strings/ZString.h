@@ -4,6 +4,7 @@
 #include "classlib/strings/ZTextBuffer.h"
 
 #include <cstdint>
+#include <span>
 #include <utility>
 
 class ZRStream;
@@ -39,7 +40,9 @@ public:
 
     // The text becomes the n bytes, zeros among them too, and a terminator. Never the null form. The bytes
     // may lie in the string itself.
-    void set_bytes(const void* data, unsigned int n);
+    void set_bytes(const void* data, unsigned int n) {
+        m_text = text_t(std::span(static_cast<const char*>(data), n));
+    }
 
     // Gives a string that is null the bytes of a wide text: a unit below 256 becomes the byte of the same
     // value, any other a "?". The text must not be null.

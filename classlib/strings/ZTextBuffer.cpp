@@ -4,8 +4,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <limits>
-#include <new>
 
 namespace {
 
@@ -92,7 +90,10 @@ template <typename Unit>
 void copy_replaced(std::basic_string_view<Unit> text, std::basic_string_view<Unit> search,
                    std::basic_string_view<Unit> replacement, Unit* out) noexcept {
     if (search.size() == 1 && replacement.size() == 1) {
-        std::replace_copy(text.begin(), text.end(), out, search.front(), replacement.front());
+        const auto exchanged = [from = search.front(), to = replacement.front()](Unit c) {
+            return c == from ? to : c;
+        };
+        std::transform(text.begin(), text.end(), out, exchanged);
         return;
     }
     std::size_t from = 0;
@@ -110,11 +111,6 @@ template <typename Unit>
 ZTextBuffer<Unit>::ZTextBuffer(const Unit* text, int count) {
     if (text != nullptr && count != 0)
         m_units = joined(first_units(text, count), {});
-}
-
-template <typename Unit>
-ZTextBuffer<Unit>::ZTextBuffer(std::span<const Unit> units) : m_units(allocate(units.size())) {
-    std::copy_n(units.data(), units.size(), m_units.get());
 }
 
 template <typename Unit>
@@ -307,15 +303,6 @@ template <typename Unit>
 void ZTextBuffer<Unit>::lf_to_crlf() {
     constexpr Unit cr_lf[] = {Unit('\r'), Unit('\n')};
     replace(view_t(cr_lf + 1, 1), view_t(cr_lf, 2));
-}
-
-template <typename Unit>
-auto ZTextBuffer<Unit>::allocate(std::size_t length) -> array_t {
-    if (length >= std::size_t{std::numeric_limits<int>::max()})
-        throw std::bad_array_new_length();
-    auto units = std::make_unique_for_overwrite<Unit[]>(length + 1);
-    units[length] = Unit(0);
-    return units;
 }
 
 template <typename Unit>

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <memory>
+#include <new>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -27,7 +29,9 @@ public:
     ZTextBuffer(const Unit* text, int count);
 
     // Exactly these units, zeros among them too; always allocates.
-    explicit ZTextBuffer(std::span<const Unit> units);
+    explicit ZTextBuffer(std::span<const Unit> units) : m_units(allocate(units.size())) {
+        std::copy_n(units.data(), units.size(), m_units.get());
+    }
 
     // count times c; always allocates. A negative count is 0.
     ZTextBuffer(int count, Unit c);
@@ -95,7 +99,10 @@ public:
     }
 
 private:
-    using array_t = std::unique_ptr<Unit[]>;
+    struct releaser {
+        void operator()(Unit* units) const noexcept { ::operator delete(units); }
+    };
+    using array_t = std::unique_ptr<Unit[], releaser>;
 
     [[nodiscard]] int find_view(view_t search, int start) const noexcept;
 
@@ -103,7 +110,13 @@ private:
 
     // A terminated array for a text of this length. One that an int does not hold is memory that there is
     // none of.
-    [[nodiscard]] static array_t allocate(std::size_t length);
+    [[nodiscard]] static array_t allocate(std::size_t length) {
+        if (length >= std::size_t{std::numeric_limits<int>::max()})
+            throw std::bad_array_new_length();
+        array_t units(static_cast<Unit*>(::operator new((length + 1) * sizeof(Unit))));
+        units[length] = Unit(0);
+        return units;
+    }
     [[nodiscard]] static array_t joined(view_t first, view_t second);
 
     array_t m_units;
