@@ -66,9 +66,7 @@ public:
 
     // Characters. peek and get answer the next byte as 0 to 255, and -1 at the end.
 
-    [[nodiscard]] int peek() {
-        return m_index < m_size || fetch_block() ? *inq_cursor() : -1;
-    }
+    [[nodiscard]] int peek() { return m_index < m_size || fetch_block() ? *inq_cursor() : -1; }
     [[nodiscard]] int peek_byte() { return peek(); }
 
     // Consumes the byte that peek has answered. Without one it is a misuse and moves nothing.

@@ -35,8 +35,8 @@ TEST(layouts, fields_stand_in_their_order) {
 
     ZMemoryRStream in("\nabc", 4);
     EXPECT_EQ(in.get() + in.get(), '\n' + 'a');
-    in.seek(0);
     EXPECT_EQ(field<numbers_t>(in, 2 * pointer), (numbers_t{4, 2, 2, 1})); // size, index, position, line
+    in.seek(0);
     EXPECT_EQ(field<int>(in, 2 * pointer + 16), rstreamerr_unsupported);
 
     const ZKVString entry("key", "value");
