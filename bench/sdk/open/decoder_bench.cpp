@@ -48,7 +48,7 @@ void decode_mosaic(benchmark::State& state) {
     std::vector<std::uint16_t> samples(std::size_t{sizes.raw_width} * sizes.raw_height);
     for (auto _ : state) {
         const sdk_open::pixel_data stored(std::as_bytes(std::span(inq_file())), *libraw);
-        stored.decode({samples, sizes.raw_width, sizes.raw_height}, [](unsigned) {});
+        stored.decode({samples, sizes.raw_width, sizes.raw_height}, 1, [](unsigned) {});
         benchmark::DoNotOptimize(samples.data());
     }
     count_pixels(state, sizes);

@@ -7,11 +7,12 @@
 
 namespace sdk_open {
 
-void decode_mosaic(const cr2_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows) {
+void decode_mosaic(const cr2_mosaic& source, const mosaic_buffer& target, unsigned workers,
+                   const rows_listener& on_rows) {
     if (source.jpeg.inq_sample_count() != target.samples.size())
         throw_damaged("the pixel data have another size than the picture");
     slice_writer writer(source.slices, target);
-    lossless_jpeg_decoder decoder(source.jpeg);
+    lossless_jpeg_decoder decoder(source.jpeg, workers);
     for (unsigned line = 0; line < source.jpeg.height; ++line) {
         writer.write(decoder.decode_line());
         if (source.lead == 0)

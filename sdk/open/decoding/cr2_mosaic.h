@@ -15,8 +15,9 @@ struct cr2_mosaic {
     [[nodiscard]] unsigned inq_precision() const noexcept { return jpeg.precision; }
 };
 
-// Decodes it. Throws failure(damaged_picture) where its parts contradict each other or the data are damaged,
-// and std::bad_alloc.
-void decode_mosaic(const cr2_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows);
+// Decodes it with up to so many threads, the calling one among them. Throws failure(damaged_picture) where
+// its parts contradict each other or the data are damaged, and std::bad_alloc.
+void decode_mosaic(const cr2_mosaic& source, const mosaic_buffer& target, unsigned workers,
+                   const rows_listener& on_rows);
 
 } // namespace sdk_open

@@ -52,7 +52,8 @@ crw_mosaic read_crw_mosaic(std::span<const std::byte> record, unsigned table, st
     return {table, record.first(low_size), record.subspan(low_size + unused_size)};
 }
 
-void decode_mosaic(const crw_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows) {
+void decode_mosaic(const crw_mosaic& source, const mosaic_buffer& target, unsigned /*workers*/,
+                   const rows_listener& on_rows) {
     const std::size_t last_samples = std::size_t{target.height % rows_at_once} * target.width;
     if (target.width % rows_at_once != 0 || last_samples % crw_block_decoder::block_size != 0)
         throw_damaged("the picture has an impossible size");

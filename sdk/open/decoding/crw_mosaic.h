@@ -24,6 +24,7 @@ struct crw_mosaic {
 
 // Decodes it. Throws failure(damaged_picture) where the mosaic's size is impossible for the format or the
 // data are damaged, and std::bad_alloc.
-void decode_mosaic(const crw_mosaic& source, const mosaic_buffer& target, const rows_listener& on_rows);
+void decode_mosaic(const crw_mosaic& source, const mosaic_buffer& target, unsigned workers,
+                   const rows_listener& on_rows);
 
 } // namespace sdk_open

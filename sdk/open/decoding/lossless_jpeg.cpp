@@ -117,6 +117,8 @@ lossless_jpeg read_scan(byte_reader segment, const headers& found) {
         if (index >= table_count || found.tables[index] == nullptr)
             throw_damaged("a code table of the pixel data is missing");
         jpeg.codes[component] = found.tables[index];
+        if (*jpeg.codes[component] == *jpeg.codes[0]) // tables often are: they need the cache only once
+            jpeg.codes[component] = jpeg.codes[0];
     }
     jpeg.predictor = segment.take_u8();
     [[maybe_unused]] const unsigned end_of_spectrum = segment.take_u8();

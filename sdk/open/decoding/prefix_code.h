@@ -43,6 +43,9 @@ public:
     prefix_code(std::span<const std::uint8_t, longest_code> counts, std::span<const std::uint8_t> symbols,
                 symbols_t meaning);
 
+    // Whether both read the same from any bits.
+    [[nodiscard]] bool operator==(const prefix_code& other) const = default;
+
     // What the bits start with, the next one at the top; at least longest_length must be there. Throws
     // failure(damaged_picture) where they start with no code.
     [[nodiscard]] coded_difference find(std::uint64_t bits) const {
@@ -62,6 +65,8 @@ private:
         unsigned first_code = 0;
         unsigned count = 0;
         std::size_t first_symbol = 0;
+
+        [[nodiscard]] bool operator==(const code_range& other) const = default;
     };
 
     void place_codes(std::span<const std::uint8_t, longest_code> counts);

@@ -1,9 +1,9 @@
 #include "sdk/open/decoding/segment_reader.h"
 
+#include "sdk/open/decoding/byte_stuffing.h"
 #include "sdk/open/failure.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace sdk_open {
 
@@ -33,30 +33,11 @@ void segment_reader::fill_block() noexcept {
     std::copy(m_block.begin() + used, m_block.begin() + m_end, m_block.begin());
     m_end -= used;
     m_bit -= used * 8;
-    while (!m_is_at_marker && m_end < m_block.size() - read_ahead)
-        append_run();
+    const auto room = std::span(m_block).subspan(m_end, m_block.size() - read_ahead - m_end);
+    const unstuffed_bytes more = remove_stuffing(m_stuffed, room);
+    m_stuffed = m_stuffed.subspan(more.n_read);
+    m_end += more.n_written;
     std::fill(m_block.begin() + m_end, m_block.end(), std::byte{0});
-}
-
-// Appends what lies before the next byte ff, and that byte as well if it is one of the segment's own.
-void segment_reader::append_run() noexcept {
-    const std::size_t room = m_block.size() - read_ahead - m_end;
-    const auto bytes = m_stuffed.first(std::min(room, m_stuffed.size()));
-    const void* const found = bytes.empty() ? nullptr : std::memchr(bytes.data(), 0xff, bytes.size());
-    const std::size_t run =
-        found != nullptr ? static_cast<std::size_t>(static_cast<const std::byte*>(found) - bytes.data())
-                         : bytes.size();
-    std::copy_n(bytes.begin(), run, m_block.begin() + m_end);
-    m_end += run;
-    m_stuffed = m_stuffed.subspan(run);
-    if (found == nullptr) {
-        m_is_at_marker = m_stuffed.empty();
-    } else if (m_stuffed.size() >= 2 && m_stuffed[1] == std::byte{0}) {
-        m_block[m_end++] = m_stuffed[0];
-        m_stuffed = m_stuffed.subspan(2);
-    } else {
-        m_is_at_marker = true;
-    }
 }
 
 } // namespace sdk_open

@@ -8,15 +8,15 @@
 
 namespace sdk_open {
 
-// Reads an entropy-coded segment (ITU-T T.81, B.1.1.5): what lies before the next marker, a zero being
-// stuffed behind each byte ff that is none. The zeros are taken out a block at a time, a hundred times faster
-// than codes are read, so that no code has to look for them.
+// Reads an entropy-coded segment (ITU-T T.81, B.1.1.5): what lies before the next marker. The zeros that are
+// stuffed into it are taken out a block at a time.
 class segment_reader final {
 public:
     static constexpr std::size_t most_at_once = 8192;
 
     // The bytes are someone else's and must stay while the reader is in use.
-    explicit segment_reader(std::span<const std::byte> bytes) noexcept : m_stuffed(bytes) {}
+    explicit segment_reader(std::span<const std::byte> bytes, std::size_t first_bit = 0) noexcept
+        : m_stuffed(bytes), m_bit(first_bit) {}
 
     // The bits that come next; up to so many bytes, at most most_at_once, may be read. Behind the segment's
     // end lie zeros.
@@ -34,13 +34,11 @@ private:
     static constexpr std::size_t read_ahead = 16; // of a cursor, in bytes
 
     void fill_block() noexcept;
-    void append_run() noexcept;
 
     std::span<const std::byte> m_stuffed; // what is not in the block yet
     std::array<std::byte, 2 * most_at_once + read_ahead> m_block{};
     std::size_t m_end = 0; // of the segment's bytes in the block
-    std::size_t m_bit = 0; // the next one, counted in the block
-    bool m_is_at_marker = false;
+    std::size_t m_bit;     // the next one, counted in the block
 };
 
 } // namespace sdk_open

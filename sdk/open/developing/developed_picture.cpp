@@ -105,7 +105,7 @@ void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const
         makers.emplace_back(*this, band_rows);
 
     const auto bring = [&](band_team& team) {
-        m_decoder.decode([&](unsigned mosaic_rows) {
+        m_decoder.decode(workers, [&](unsigned mosaic_rows) {
             if (!m_development.tones)
                 m_development.learn_mosaic(m_decoder);
             team.announce(bands_within(mosaic_rows, band_rows));

@@ -101,8 +101,8 @@ unsigned pixel_data::inq_first_column_of_last_slice() const {
     return stored != nullptr ? stored->slices.count * stored->slices.width : 0;
 }
 
-void pixel_data::decode(const mosaic_buffer& target, const rows_listener& on_rows) const {
-    std::visit([&](const auto& stored) { decode_mosaic(stored, target, on_rows); }, m_stored);
+void pixel_data::decode(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows) const {
+    std::visit([&](const auto& stored) { decode_mosaic(stored, target, workers, on_rows); }, m_stored);
 }
 
 } // namespace sdk_open

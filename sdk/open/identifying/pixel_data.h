@@ -25,9 +25,9 @@ public:
     // Columns before this one are complete when the first row is; 0 where all columns come together.
     [[nodiscard]] unsigned inq_first_column_of_last_slice() const;
 
-    // Decodes all samples. Throws failure(damaged_picture) where the data are damaged, and std::bad_alloc.
+    // Decodes all samples, with up to so many threads. Throws failure(damaged_picture) where the data are damaged, and std::bad_alloc.
     // The file's bytes must still be there.
-    void decode(const mosaic_buffer& target, const rows_listener& on_rows) const;
+    void decode(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows) const;
 
 private:
     using stored_mosaic = std::variant<cr2_mosaic, crw_mosaic>;

@@ -53,9 +53,10 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
 }
 
-void raw_decoder::decode(const rows_listener& on_rows) {
+void raw_decoder::decode(unsigned workers, const rows_listener& on_rows) {
     if (m_stored != nullptr) {
-        check(m_libraw->unpack_with([&](const mosaic_buffer& target) { decode_into(target, on_rows); }));
+        check(m_libraw->unpack_with(
+            [&](const mosaic_buffer& target) { decode_into(target, workers, on_rows); }));
         correct_white_level(m_libraw->imgdata.color, m_stored->inq_precision());
         m_stored.reset();
     }
@@ -64,9 +65,9 @@ void raw_decoder::decode(const rows_listener& on_rows) {
 
 // Rows are worth nothing without the black level. Where LibRaw can learn it from masked borders that are
 // complete, because they lie in slices before the last one, the rest need not be waited for.
-void raw_decoder::decode_into(const mosaic_buffer& target, const rows_listener& on_rows) {
+void raw_decoder::decode_into(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows) {
     bool knows_levels = false;
-    m_stored->decode(target, [&](unsigned rows) {
+    m_stored->decode(target, workers, [&](unsigned rows) {
         if (rows == 0 || rows == target.height)
             return;
         if (!knows_levels) {

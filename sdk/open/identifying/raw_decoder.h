@@ -25,10 +25,10 @@ public:
     // bytes are no raw picture that we decode, and std::bad_alloc.
     explicit raw_decoder(std::span<const std::byte> bytes);
 
-    // Decodes, once. The first call of on_rows says that the black and the white level are known and that the
+    // Decodes, once, with up to so many threads. The first call of on_rows says that the black and the white level are known and that the
     // mosaic is there, as far as it says; the last one comes when all of it is. Throws failure where the
     // pixel data are damaged, std::bad_alloc, and what on_rows throws.
-    void decode(const rows_listener& on_rows);
+    void decode(unsigned workers, const rows_listener& on_rows);
 
     [[nodiscard]] mosaic_view inq_mosaic() const noexcept;
 
@@ -39,7 +39,7 @@ public:
     [[nodiscard]] bool knows_colours() const noexcept;
 
 private:
-    void decode_into(const mosaic_buffer& target, const rows_listener& on_rows);
+    void decode_into(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows);
 
     LibRaw_buffer_datastream m_stream; // which LibRaw reads from
     std::unique_ptr<own_decoder_libraw> m_libraw;

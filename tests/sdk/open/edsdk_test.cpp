@@ -99,7 +99,7 @@ TEST(damaged_input, leaves_the_mosaic_where_it_is) {
     std::string bytes = read_file(sample("5d2_1comp.cr2"));
     cut_off(100)(bytes);
     sdk_open::raw_decoder decoder(std::as_bytes(std::span(bytes)));
-    EXPECT_THROW(decoder.decode([](unsigned) {}), sdk_open::failure);
+    EXPECT_THROW(decoder.decode(1, [](unsigned) {}), sdk_open::failure);
     EXPECT_NE(decoder.inq_mosaic().samples.data(), nullptr);
 }
 

@@ -21,7 +21,7 @@ using picture_t = std::vector<values_t>;     // its rows
 // FNV-1a over the samples, the low byte first.
 std::uint64_t mosaic_checksum(const std::string& file) {
     sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
-    decoder.decode([](unsigned) {});
+    decoder.decode(1, [](unsigned) {});
     std::uint64_t sum = 0xcbf29ce484222325;
     for (const unsigned sample : decoder.inq_mosaic().samples)
         for (const unsigned byte : {sample & 0xffU, sample >> 8})
