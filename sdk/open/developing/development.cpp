@@ -28,16 +28,12 @@ bool is_bayer(const pattern_t& pattern) noexcept {
     return is_green_first || is_green_second;
 }
 
-pattern_t find_pattern(const raw_decoder& decoder, const mosaic_area& lit) {
-    const libraw_data_t& data = decoder.inq_data();
+pattern_t find_pattern(const libraw_data_t& data, const mosaic_area& lit) {
     const unsigned filters =
         move_filters(data.idata.filters, static_cast<int>(lit.left) - data.sizes.left_margin,
                      static_cast<int>(lit.top) - data.sizes.top_margin);
-    const pattern_t pattern{filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
-                            filter_at(filters, 1, 1)};
-    if (!decoder.knows_colours() || data.idata.colors != 3 || !is_bayer(pattern))
-        throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
-    return pattern;
+    return {filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
+            filter_at(filters, 1, 1)};
 }
 
 // The factors of the colours, the least of them 1. Without the camera's own those for daylight.
@@ -73,9 +69,16 @@ tone_tables make_tones(const libraw_colordata_t& color, const pattern_t& pattern
 
 } // namespace
 
+bool development::is_for(const libraw_data_t& data) {
+    return data.idata.colors == 3 && is_bayer(find_pattern(data, find_lit_area(data)));
+}
+
 development::development(const raw_decoder& decoder)
     : lit(find_lit_area(decoder.inq_data())), curve(make_srgb_curve()) {
-    const pattern_t pattern = find_pattern(decoder, lit);
+    decoder.require_colours();
+    if (!is_for(decoder.inq_data()))
+        throw failure(error_code_t::not_supported, "the sensor's filters are not red, green and blue");
+    const pattern_t pattern = find_pattern(decoder.inq_data(), lit);
     phase = {is_green(pattern[0]), pattern[0] == red || pattern[1] == red};
     for (std::size_t out = 0; out < srgb_from_camera.size(); ++out)
         std::copy_n(decoder.inq_data().color.rgb_cam[out], 3, srgb_from_camera[out].begin());
@@ -83,7 +86,7 @@ development::development(const raw_decoder& decoder)
 
 void development::learn_mosaic(const raw_decoder& decoder) {
     mosaic = decoder.inq_mosaic();
-    tones.emplace(make_tones(decoder.inq_data().color, find_pattern(decoder, lit)));
+    tones.emplace(make_tones(decoder.inq_data().color, find_pattern(decoder.inq_data(), lit)));
 }
 
 } // namespace sdk_open
