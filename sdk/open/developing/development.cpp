@@ -1,12 +1,11 @@
 #include "sdk/open/developing/development.h"
 
+#include "sdk/open/developing/light_range.h"
 #include "sdk/open/developing/srgb.h"
 #include "sdk/open/failure.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
-#include <span>
 
 namespace sdk_open {
 namespace {
@@ -54,15 +53,11 @@ balance_t find_balance(const libraw_colordata_t& color) {
 
 tone_tables make_tones(const libraw_colordata_t& color, const pattern_t& pattern) {
     const balance_t balance = find_balance(color);
-    const std::span channel_blacks(color.cblack, filter_colours);
-    const auto range =
-        static_cast<std::int64_t>(color.maximum) - color.black - std::ranges::min(channel_blacks);
-    if (range <= 0 || color.maximum > std::numeric_limits<std::uint16_t>::max())
-        throw_damaged("the black or the white level is damaged");
+    const double range = light_range(color);
     std::array<cfa_position_levels, tone_tables::positions> levels;
     std::ranges::transform(pattern, levels.begin(), [&](unsigned colour) {
-        const double black = static_cast<double>(color.black) + channel_blacks[colour];
-        return cfa_position_levels{black, balance[colour] / static_cast<double>(range)};
+        const double black = static_cast<double>(color.black) + color.cblack[colour];
+        return cfa_position_levels{black, balance[colour] / range};
     });
     return {levels, static_cast<std::uint16_t>(color.maximum)};
 }

@@ -1,6 +1,7 @@
 #include "sdk/open/developing/libraw_picture.h"
 
 #include "sdk/open/developing/flip.h"
+#include "sdk/open/developing/light_range.h"
 #include "sdk/open/developing/srgb.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/identifying/picture_size.h"
@@ -65,6 +66,7 @@ libraw_picture::libraw_picture(raw_decoder& decoder)
     check_size(m_data.sizes);
     decoder.require_colours();
     LibRaw& libraw = decoder.decode_whole();
+    static_cast<void>(light_range(m_data.color)); // LibRaw would make noise of levels that cannot be
     const mosaic_area frame = find_camera_frame(m_data);
     const mosaic_area lit = find_lit_area(m_data);
     set_parameters(libraw.imgdata.params, m_data.color);
@@ -91,6 +93,7 @@ void libraw_picture::place(const mosaic_area& frame, unsigned pitch) noexcept {
     }
 }
 
+// LibRaw has done the work already.
 void libraw_picture::develop(unsigned, unsigned rows_per_piece, const rows_taker& take) {
     const std::size_t row_length = std::size_t{m_width} * channels;
     std::vector<std::uint16_t> values(row_length * std::min(rows_per_piece, m_height));

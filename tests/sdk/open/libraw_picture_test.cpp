@@ -246,6 +246,10 @@ TEST(libraw_picture, is_none_where_libraw_meets_with_damage) {
     };
     for (const auto& [name, position, bytes, reason] : rows)
         EXPECT_EQ(reason_against(std::string(sraw).replace(position, bytes.size(), bytes)), reason) << name;
+    std::string four_colours = make_four_colours();
+    const auto black_levels = "\x7f\0\x7f\0\x7f\0\x7f\0"s;
+    four_colours.replace(four_colours.rfind(black_levels), 8, 8, '\x7f');
+    EXPECT_EQ(reason_against(four_colours), "the black or the white level is damaged");
     EXPECT_EQ(reason_against(sraw.substr(0, sraw.size() - 100)),
               "the file ends early or its structure is damaged");
 }
