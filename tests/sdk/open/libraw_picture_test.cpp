@@ -11,9 +11,12 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <cstdint>
 #include <numeric>
+#include <string>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 namespace {
 
