@@ -1,6 +1,6 @@
 #include "conversion/edsdk.h"
 
-#include "sdk/open/developing/developed_picture.h"
+#include "sdk/open/developing/picture_maker.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"
@@ -158,8 +158,7 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         const handle_table& handles = running_session().handles;
         auto& source = handles.find<raw_image>(image);
         auto& file = handles.find<output_stream>(stream).file;
-        developed_picture picture(source.decoder);
-        write_tiff(file, picture, source.metadata);
+        write_tiff(file, *make_picture(source.decoder), source.metadata);
         file.commit();
     });
 }

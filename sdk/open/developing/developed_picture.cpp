@@ -1,6 +1,7 @@
 #include "sdk/open/developing/developed_picture.h"
 
 #include "sdk/open/developing/band_team.h"
+#include "sdk/open/developing/flip.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -10,10 +11,6 @@
 
 namespace sdk_open {
 namespace {
-
-constexpr unsigned mirrored = 1;
-constexpr unsigned upside_down = 2;
-constexpr unsigned columns_become_rows = 4;
 
 // Of a picture's rows, as many as make it worth while to start a stripe anew for them.
 constexpr unsigned rows_of_a_band = 128;

@@ -1,37 +1,22 @@
 #pragma once
 
 #include "sdk/open/developing/development.h"
+#include "sdk/open/developing/finished_picture.h"
 #include "sdk/open/developing/stripe_developer.h"
-
-#include <cstdint>
-#include <functional>
-#include <span>
 
 namespace sdk_open {
 
-// The finished picture: upright, the camera's own frame, 16 bits of sRGB for each of three channels. It is
-// made band after band, as it is wanted.
-class developed_picture final {
+// The picture of a mosaic of red, green and blue. It is decoded and made, band after band, when it is wanted.
+class developed_picture final : public finished_picture {
 public:
-    static constexpr unsigned channels = 3;
-
-    // Takes the values of the next rows, from the top down, and may use their memory. It is called on any
-    // thread, but never twice at a time.
-    using rows_taker = std::function<void(std::span<std::uint16_t> values)>;
-
-    // The decoder must outlive the picture. Throws failure where the camera's colours are not known, and
-    // std::bad_alloc.
+    // The decoder must outlive the picture. Throws failure where the camera's colours are not known or
+    // others, and std::bad_alloc.
     explicit developed_picture(raw_decoder& decoder);
 
-    // In pixels.
-    [[nodiscard]] unsigned inq_width() const noexcept { return m_width; }
-    [[nodiscard]] unsigned inq_height() const noexcept { return m_height; }
+    [[nodiscard]] unsigned inq_width() const noexcept override { return m_width; }
+    [[nodiscard]] unsigned inq_height() const noexcept override { return m_height; }
 
-    // Decodes and develops with at most so many threads, the calling one included, and hands the picture on
-    // in pieces of a multiple of rows_per_piece rows; the last piece may be shorter. The values do not depend
-    // on the number of threads. Throws failure where the pixel data are damaged, std::bad_alloc, and what the
-    // taker throws.
-    void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take);
+    void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) override;
 
 private:
     class band_maker;
@@ -41,7 +26,7 @@ private:
     raw_decoder& m_decoder;
     development m_development;
     mosaic_area m_frame;
-    unsigned m_flip; // three bits: 4 swaps columns and rows, then 2 turns upside down and 1 mirrors
+    unsigned m_flip; // bits of flip_t
     unsigned m_width;
     unsigned m_height;
 };

@@ -1,12 +1,11 @@
 #include "sdk/open/developing/development.h"
 
+#include "sdk/open/developing/light_range.h"
 #include "sdk/open/developing/srgb.h"
 #include "sdk/open/failure.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
-#include <span>
 
 namespace sdk_open {
 namespace {
@@ -28,16 +27,12 @@ bool is_bayer(const pattern_t& pattern) noexcept {
     return is_green_first || is_green_second;
 }
 
-pattern_t find_pattern(const raw_decoder& decoder, const mosaic_area& lit) {
-    const libraw_data_t& data = decoder.inq_data();
+pattern_t find_pattern(const libraw_data_t& data, const mosaic_area& lit) {
     const unsigned filters =
         move_filters(data.idata.filters, static_cast<int>(lit.left) - data.sizes.left_margin,
                      static_cast<int>(lit.top) - data.sizes.top_margin);
-    const pattern_t pattern{filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
-                            filter_at(filters, 1, 1)};
-    if (!decoder.knows_colours() || data.idata.colors != 3 || !is_bayer(pattern))
-        throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
-    return pattern;
+    return {filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
+            filter_at(filters, 1, 1)};
 }
 
 // The factors of the colours, the least of them 1. Without the camera's own those for daylight.
@@ -58,24 +53,27 @@ balance_t find_balance(const libraw_colordata_t& color) {
 
 tone_tables make_tones(const libraw_colordata_t& color, const pattern_t& pattern) {
     const balance_t balance = find_balance(color);
-    const std::span channel_blacks(color.cblack, filter_colours);
-    const auto range =
-        static_cast<std::int64_t>(color.maximum) - color.black - std::ranges::min(channel_blacks);
-    if (range <= 0 || color.maximum > std::numeric_limits<std::uint16_t>::max())
-        throw_damaged("the black or the white level is damaged");
+    const double range = light_range(color);
     std::array<cfa_position_levels, tone_tables::positions> levels;
     std::ranges::transform(pattern, levels.begin(), [&](unsigned colour) {
-        const double black = static_cast<double>(color.black) + channel_blacks[colour];
-        return cfa_position_levels{black, balance[colour] / static_cast<double>(range)};
+        const double black = static_cast<double>(color.black) + color.cblack[colour];
+        return cfa_position_levels{black, balance[colour] / range};
     });
     return {levels, static_cast<std::uint16_t>(color.maximum)};
 }
 
 } // namespace
 
+bool development::is_for(const libraw_data_t& data) {
+    return data.idata.colors == 3 && is_bayer(find_pattern(data, find_lit_area(data)));
+}
+
 development::development(const raw_decoder& decoder)
     : lit(find_lit_area(decoder.inq_data())), curve(make_srgb_curve()) {
-    const pattern_t pattern = find_pattern(decoder, lit);
+    decoder.require_colours();
+    if (!is_for(decoder.inq_data()))
+        throw failure(error_code_t::not_supported, "the sensor's filters are not red, green and blue");
+    const pattern_t pattern = find_pattern(decoder.inq_data(), lit);
     phase = {is_green(pattern[0]), pattern[0] == red || pattern[1] == red};
     for (std::size_t out = 0; out < srgb_from_camera.size(); ++out)
         std::copy_n(decoder.inq_data().color.rgb_cam[out], 3, srgb_from_camera[out].begin());
@@ -83,7 +81,7 @@ development::development(const raw_decoder& decoder)
 
 void development::learn_mosaic(const raw_decoder& decoder) {
     mosaic = decoder.inq_mosaic();
-    tones.emplace(make_tones(decoder.inq_data().color, find_pattern(decoder, lit)));
+    tones.emplace(make_tones(decoder.inq_data().color, find_pattern(decoder.inq_data(), lit)));
 }
 
 } // namespace sdk_open

@@ -23,10 +23,12 @@ mosaic_area find_camera_frame(const libraw_data_t& data) {
         camera.SensorWidth == sizes.raw_width && camera.SensorHeight == sizes.raw_height;
     const bool is_possible = left >= 0 && top >= 0 && width >= least_size && height >= least_size &&
                              left + width <= sizes.raw_width && top + height <= sizes.raw_height;
+    const mosaic_area visible = visible_area(sizes);
     if (!speaks_of_this_mosaic || !is_possible)
-        return visible_area(sizes);
-    return {static_cast<unsigned>(left), static_cast<unsigned>(top), static_cast<unsigned>(width),
-            static_cast<unsigned>(height)};
+        return visible;
+    const mosaic_area recorded{static_cast<unsigned>(left), static_cast<unsigned>(top),
+                               static_cast<unsigned>(width), static_cast<unsigned>(height)};
+    return data.idata.filters != 0 || visible.contains(recorded) ? recorded : visible;
 }
 
 mosaic_area find_lit_area(const libraw_data_t& data) {

@@ -13,11 +13,16 @@ struct mosaic_area {
 
     [[nodiscard]] unsigned inq_right() const noexcept { return left + width; }
     [[nodiscard]] unsigned inq_bottom() const noexcept { return top + height; }
+    [[nodiscard]] bool contains(const mosaic_area& other) const noexcept {
+        return other.left >= left && other.top >= top && other.inq_right() <= inq_right() &&
+               other.inq_bottom() <= inq_bottom();
+    }
     [[nodiscard]] bool operator==(const mosaic_area&) const = default;
 };
 
 // What of the mosaic is the picture: the borders that the camera records for it (both ends belong to it), or
-// the decoder's own idea where it records none or impossible ones.
+// the decoder's own idea where it records none or impossible ones. Where there is no mosaic, nothing but what
+// the decoder takes for the picture is there.
 [[nodiscard]] mosaic_area find_camera_frame(const libraw_data_t& data);
 
 // What of the mosaic saw light: the camera's frame and what the decoder knows to lie around it. Developing

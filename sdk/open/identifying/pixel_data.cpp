@@ -2,10 +2,11 @@
 
 #include "sdk/open/failure.h"
 #include "sdk/open/identifying/ciff_heap.h"
+#include "sdk/open/identifying/left_to_libraw.h"
+#include "sdk/open/identifying/picture_size.h"
 #include "sdk/open/identifying/raw_format.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace sdk_open {
 namespace {
@@ -16,33 +17,6 @@ constexpr std::uint64_t most_crw_samples = 32'000'000; // three times what the l
     throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
 }
 
-std::uint64_t sample_count(const LibRaw& identified) noexcept {
-    return std::uint64_t{identified.imgdata.sizes.raw_width} * identified.imgdata.sizes.raw_height;
-}
-
-// A tiny file may not ask for gigabytes. However well the picture is compressed, a byte holds no more
-// samples.
-void check_size(std::uint64_t samples, std::uint64_t most, std::size_t file_size,
-                std::uint64_t samples_per_byte) {
-    if (samples > most)
-        throw failure(error_code_t::not_supported, "the raw picture has more pixels than any camera makes");
-    if (samples > file_size * samples_per_byte)
-        throw_damaged("the pixel data end early");
-}
-
-// LibRaw believes the borders that a camera of a model that it does not know records.
-void check_borders(const libraw_image_sizes_t& sizes) {
-    if (sizes.left_margin + sizes.width > sizes.raw_width ||
-        sizes.top_margin + sizes.height > sizes.raw_height)
-        throw_damaged("the picture reaches beyond the sensor");
-}
-
-bool decodes_with(LibRaw& identified, std::string_view name) {
-    libraw_decoder_info_t decoder{};
-    return identified.get_decoder_info(&decoder) == LIBRAW_SUCCESS && decoder.decoder_name != nullptr &&
-           decoder.decoder_name == name;
-}
-
 // The readout of the EOS-1D Mark III, which alone is so wide, starts two samples before the first row.
 unsigned lead_of(unsigned width) noexcept {
     return width == 3984 ? 2 : 0;
@@ -50,11 +24,9 @@ unsigned lead_of(unsigned width) noexcept {
 
 cr2_mosaic find_in_cr2(std::span<const std::byte> bytes, LibRaw& identified) {
     constexpr std::uint64_t samples_per_byte = 8; // the shortest code takes a bit
-    check_size(sample_count(identified), most_samples, bytes.size(), samples_per_byte);
-    if (decodes_with(identified, "canon_sraw_load_raw()"))
-        throw failure(error_code_t::not_supported, "raw pictures of reduced resolution are not supported");
+    check_size(identified.imgdata.sizes, most_samples, bytes.size(), samples_per_byte);
     const unpacker_data_t& found = identified.get_internal_data_pointer()->unpacker_data;
-    if (!decodes_with(identified, "lossless_jpeg_load_raw()") || found.data_offset < 0)
+    if (decoder_name(identified) != "lossless_jpeg_load_raw()" || found.data_offset < 0)
         throw_no_picture();
     const auto offset = static_cast<std::uint64_t>(found.data_offset);
     if (offset >= bytes.size())
@@ -66,15 +38,15 @@ cr2_mosaic find_in_cr2(std::span<const std::byte> bytes, LibRaw& identified) {
 
 crw_mosaic find_in_crw(std::span<const std::byte> bytes, LibRaw& identified) {
     constexpr std::uint64_t samples_per_byte = 128; // a block of 64 takes at least four bits
-    check_size(sample_count(identified), most_crw_samples, bytes.size(), samples_per_byte);
-    if (!decodes_with(identified, "canon_load_raw()"))
+    check_size(identified.imgdata.sizes, most_crw_samples, bytes.size(), samples_per_byte);
+    if (decoder_name(identified) != "canon_load_raw()")
         throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
     const auto record = find_ciff_raw_data(bytes);
     if (!record)
         throw_no_picture();
     return read_crw_mosaic(bytes.subspan(record->first, record->end - record->first),
                            identified.get_internal_data_pointer()->unpacker_data.tiff_compress,
-                           sample_count(identified));
+                           sample_count(identified.imgdata.sizes));
 }
 
 } // namespace

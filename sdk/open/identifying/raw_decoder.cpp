@@ -1,6 +1,7 @@
 #include "sdk/open/identifying/raw_decoder.h"
 
 #include "sdk/open/failure.h"
+#include "sdk/open/identifying/left_to_libraw.h"
 #include "sdk/open/identifying/raw_format.h"
 
 #include <algorithm>
@@ -50,7 +51,11 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     static_cast<void>(recognise_raw_format(bytes));
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     check(m_libraw->open_datastream(&m_stream));
-    m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
+    m_is_packed = is_left_to_libraw(*m_libraw);
+    if (m_is_packed)
+        check_packed(*m_libraw, bytes.size());
+    else
+        m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
 }
 
 void raw_decoder::decode(unsigned workers, const rows_listener& on_rows) {
@@ -80,8 +85,26 @@ void raw_decoder::decode_into(const mosaic_buffer& target, unsigned workers, con
     });
 }
 
-bool raw_decoder::knows_colours() const noexcept {
-    return m_libraw->get_internal_data_pointer()->internal_output_params.raw_color == 0;
+void raw_decoder::require_colours() const {
+    if (m_libraw->get_internal_data_pointer()->internal_output_params.raw_color != 0)
+        throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
+}
+
+LibRaw& raw_decoder::decode_whole() {
+    if (m_is_packed)
+        unpack();
+    else
+        decode(1, [](unsigned) {});
+    return *m_libraw;
+}
+
+// LibRaw counts most of the damage that it notices and goes on.
+void raw_decoder::unpack() {
+    check(m_libraw->unpack());
+    if (m_libraw->error_count() != 0)
+        throw_damaged("the pixel data are damaged");
+    check_unpacked(*m_libraw, m_stream);
+    m_is_packed = false;
 }
 
 mosaic_view raw_decoder::inq_mosaic() const noexcept {

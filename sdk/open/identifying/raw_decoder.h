@@ -25,9 +25,10 @@ public:
     // bytes are no raw picture that we decode, and std::bad_alloc.
     explicit raw_decoder(std::span<const std::byte> bytes);
 
-    // Decodes, once, with up to so many threads. The first call of on_rows says that the black and the white level are known and that the
-    // mosaic is there, as far as it says; the last one comes when all of it is. Throws failure where the
-    // pixel data are damaged, std::bad_alloc, and what on_rows throws.
+    // Decodes a mosaic of red, green and blue, once, with up to so many threads. The first call of on_rows
+    // says that the black and the white level are known and that the mosaic is there, as far as it says; the
+    // last one comes when all of it is. Throws failure where the pixel data are damaged, std::bad_alloc, and
+    // what on_rows throws.
     void decode(unsigned workers, const rows_listener& on_rows);
 
     [[nodiscard]] mosaic_view inq_mosaic() const noexcept;
@@ -35,15 +36,21 @@ public:
     // What LibRaw knows of the picture.
     [[nodiscard]] const libraw_data_t& inq_data() const noexcept { return m_libraw->imgdata; }
 
-    // Whether LibRaw has the colour matrix of this camera.
-    [[nodiscard]] bool knows_colours() const noexcept;
+    // Throws failure(not_supported) where LibRaw has no colour matrix of this camera.
+    void require_colours() const;
+
+    // Decodes all of it, once, for LibRaw to develop. Throws failure where the pixel data are damaged, and
+    // std::bad_alloc.
+    [[nodiscard]] LibRaw& decode_whole();
 
 private:
     void decode_into(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows);
+    void unpack();
 
     LibRaw_buffer_datastream m_stream; // which LibRaw reads from
     std::unique_ptr<own_decoder_libraw> m_libraw;
-    std::unique_ptr<const pixel_data> m_stored; // until it is decoded
+    std::unique_ptr<const pixel_data> m_stored; // until it is decoded; null where LibRaw must unpack
+    bool m_is_packed = false;                   // for LibRaw to unpack
 };
 
 } // namespace sdk_open

@@ -75,7 +75,7 @@ private:
 
 // The largest picture and two full directories of fields leave room within the 4 GiB that the classic form of
 // a TIFF can address, which is the one that every program reads: "wl" needs no BigTIFF.
-constexpr std::uint64_t largest_picture = most_samples * developed_picture::channels * sizeof(std::uint16_t);
+constexpr std::uint64_t largest_picture = most_samples * finished_picture::channels * sizeof(std::uint16_t);
 constexpr std::uint64_t room_for_directories = 16 << 20;
 static_assert(largest_picture + room_for_directories < std::uint64_t{1} << 32);
 
@@ -87,7 +87,7 @@ public:
 
     // The directories of fields come first, right behind the header of the file: then the picture's own,
     // which libtiff puts at the end, can say where they are.
-    void write(developed_picture& picture, const picture_metadata& metadata) {
+    void write(finished_picture& picture, const picture_metadata& metadata) {
         describe_pixels(picture);
         describe_origin(metadata);
         set(TIFFTAG_EXIFIFD, append_directory(exif_fields(picture, metadata.exif)));
@@ -125,7 +125,7 @@ private:
     }
 
     // What the raw file says of its colours and its size does not hold for the finished picture.
-    static std::vector<metadata_field> exif_fields(const developed_picture& picture,
+    static std::vector<metadata_field> exif_fields(const finished_picture& picture,
                                                    std::vector<metadata_field> fields) {
         constexpr std::uint16_t srgb = 1;
         std::erase_if(fields, [](const metadata_field& field) {
@@ -138,14 +138,14 @@ private:
         return fields;
     }
 
-    void describe_pixels(const developed_picture& picture) {
+    void describe_pixels(const finished_picture& picture) {
         constexpr std::uint32_t strip_size = 256 << 10; // bytes, about
-        const std::uint32_t row_size = picture.inq_width() * developed_picture::channels * 2;
+        const std::uint32_t row_size = picture.inq_width() * finished_picture::channels * 2;
         m_rows_per_strip = std::clamp(strip_size / row_size, 1U, picture.inq_height());
         set(TIFFTAG_IMAGEWIDTH, picture.inq_width());
         set(TIFFTAG_IMAGELENGTH, picture.inq_height());
         set(TIFFTAG_BITSPERSAMPLE, 16);
-        set(TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(developed_picture::channels));
+        set(TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(finished_picture::channels));
         set(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
         set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
         set(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
@@ -167,9 +167,9 @@ private:
         set_text(TIFFTAG_COPYRIGHT, metadata.copyright);
     }
 
-    void write_pixels(developed_picture& picture) {
+    void write_pixels(finished_picture& picture) {
         const std::size_t strip_length =
-            std::size_t{picture.inq_width()} * developed_picture::channels * m_rows_per_strip;
+            std::size_t{picture.inq_width()} * finished_picture::channels * m_rows_per_strip;
         std::uint32_t number = 0;
         picture.develop(inq_worker_count(), m_rows_per_strip, [&](std::span<std::uint16_t> values) {
             for (; !values.empty(); values = values.subspan(std::min(strip_length, values.size())))
@@ -189,7 +189,7 @@ private:
 
 } // namespace
 
-void write_tiff(output_file& file, developed_picture& picture, const picture_metadata& metadata) {
+void write_tiff(output_file& file, finished_picture& picture, const picture_metadata& metadata) {
     tiff_writer(file).write(picture, metadata);
 }
 

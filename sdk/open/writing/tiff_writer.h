@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/open/developing/developed_picture.h"
+#include "sdk/open/developing/finished_picture.h"
 #include "sdk/open/metadata/picture_metadata.h"
 #include "sdk/open/system/output_file.h"
 
@@ -9,6 +9,6 @@ namespace sdk_open {
 // Develops a picture and writes it as a TIFF: 16 bits for each of three channels, uncompressed strips, an
 // sRGB profile, the metadata with an EXIF and, where there is one, a GPS directory. The same picture gives
 // the same bytes. The file is not committed yet. Throws failure, or std::bad_alloc.
-void write_tiff(output_file& file, developed_picture& picture, const picture_metadata& metadata);
+void write_tiff(output_file& file, finished_picture& picture, const picture_metadata& metadata);
 
 } // namespace sdk_open

@@ -125,16 +125,20 @@ TEST(picture, has_the_frame_that_the_camera_records_where_that_is_possible) {
         std::array<int, 6> camera; // width, height; left, top, right and bottom border
         sdk_open::mosaic_area frame;
         sdk_open::mosaic_area lit;
+        unsigned filters = 0x94949494;
     } rows[] = {
         {{800, 600, 49, 39, 799, 599}, {49, 39, 751, 561}, {49, 39, 751, 561}},
         {{800, 600, 60, 50, 739, 529}, {60, 50, 680, 480}, decoders_own},
         {{400, 600, 60, 50, 339, 229}, decoders_own, decoders_own}, // of another mosaic
         {{800, 600, 60, 50, 800, 529}, decoders_own, decoders_own}, // one column too many
+        {{800, 600, 60, 50, 739, 529}, {60, 50, 680, 480}, decoders_own, 0},
+        {{800, 600, 49, 39, 799, 599}, decoders_own, decoders_own, 0}, // nothing is there but the latter
     };
-    for (const auto& [camera, frame, lit] : rows) {
+    for (const auto& [camera, frame, lit, filters] : rows) {
         const auto data = std::make_unique<libraw_data_t>();
         auto& sizes = data->sizes;
         auto& canon = data->makernotes.canon;
+        data->idata.filters = filters;
         std::tie(sizes.raw_width, sizes.raw_height, sizes.left_margin, sizes.top_margin, sizes.width,
                  sizes.height) = std::tuple(800, 600, 50, 40, 700, 500);
         std::tie(canon.SensorWidth, canon.SensorHeight, canon.SensorLeftBorder, canon.SensorTopBorder,

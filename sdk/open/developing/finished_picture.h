@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+
+namespace sdk_open {
+
+// The finished picture: upright, the camera's own frame, 16 bits of sRGB for each of three channels. It is
+// handed on piece after piece, as it is wanted.
+class finished_picture {
+public:
+    static constexpr unsigned channels = 3;
+
+    // Takes the values of the next rows, from the top down, and may use their memory. It is called on any
+    // thread, but never twice at a time.
+    using rows_taker = std::function<void(std::span<std::uint16_t> values)>;
+
+    finished_picture() = default;
+    finished_picture(const finished_picture&) = delete;
+    finished_picture& operator=(const finished_picture&) = delete;
+    virtual ~finished_picture() = default;
+
+    // In pixels.
+    [[nodiscard]] virtual unsigned inq_width() const noexcept = 0;
+    [[nodiscard]] virtual unsigned inq_height() const noexcept = 0;
+
+    // Hands the picture on in pieces of a multiple of rows_per_piece rows; the last piece may be shorter.
+    // What is still to be done for that is done with at most so many threads, the calling one included; the
+    // values do not depend on their number. Throws failure where the pixel data are damaged, std::bad_alloc,
+    // and what the taker throws.
+    virtual void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) = 0;
+};
+
+} // namespace sdk_open

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <libraw/libraw.h>
+
+namespace sdk_open {
+
+// How many steps there are from no light, in the colour with the lowest black level, to the white level.
+// Throws failure(damaged_picture) where the levels cannot be.
+[[nodiscard]] unsigned light_range(const libraw_colordata_t& color);
+
+} // namespace sdk_open

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <libraw/libraw.h>
+#include <string_view>
+
+namespace sdk_open {
+
+// Which of its decoders LibRaw would take, for example "canon_load_raw()"; empty where it has none.
+[[nodiscard]] std::string_view decoder_name(LibRaw& identified);
+
+// Whether LibRaw itself must decode it: a picture of reduced resolution, which has all its colours at each
+// pixel, or the plain samples of the oldest .crw.
+[[nodiscard]] bool is_left_to_libraw(LibRaw& identified);
+
+// Looks at such a picture before LibRaw takes memory for it. Throws failure where its size cannot be.
+void check_packed(LibRaw& identified, std::size_t file_size);
+
+// Looks at where LibRaw has come to in the file. Throws failure(damaged_picture) where that is not the end of
+// the pixel data: it takes no notice of headers that it does not understand, and leaves the picture blank.
+void check_unpacked(LibRaw& unpacked, LibRaw_abstract_datastream& stream);
+
+} // namespace sdk_open
