@@ -53,11 +53,11 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER ${RAW_TO_TIFF_MAINTAINER})
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION ${PROJECT_DESCRIPTION})
-set(CPACK_PACKAGE_DESCRIPTION
-    "A program for one raw file or a tree of them, with worker processes, logs and resumption, and the same
-conversion as a library for other programs.")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "The program converts one raw file or a tree of them, with worker processes,
+logs and resumption; the library lends the same conversion to other programs.")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)
