@@ -5,10 +5,11 @@
 #
 #   slurm.sh PHOTOS TIFFS JOB [OPTION-OF-RAW-TO-TIFF ...]
 #
-# SBATCH_... variables choose the partition, the time and so on.
+# SBATCH_... variables choose the partition, the time and so on; a task has as many worker processes as CPUs.
 #
 #SBATCH --job-name=raw-to-tiff
 #SBATCH --nodes=1
+#SBATCH --cpus-per-task=2
 #SBATCH --requeue
 #SBATCH --open-mode=append
 
@@ -24,7 +25,7 @@ if [ -z "${SLURM_ARRAY_TASK_ID-}" ]; then
 fi
 
 code=0
-"$CONVERT_PACK" "$1" "$2" "$3" "$SLURM_ARRAY_TASK_ID" "${@:4}" || code=$?
+"$CONVERT_PACK" "$1" "$2" "$3" "$SLURM_ARRAY_TASK_ID" -j "$SLURM_CPUS_PER_TASK" "${@:4}" || code=$?
 if { [ $code = 3 ] || [ $code -gt 128 ]; } && [ "${SLURM_RESTART_COUNT:-0}" -lt 3 ]; then
     scontrol requeue "$SLURM_JOB_ID"
 fi
