@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Compares how many files a second raw-to-tiff converts with -j 1, 2 and 4, and GNU parallel running dcraw_emu on the same
-# files: copies of one, in memory, as the TIFFs are.
+# Compares how many files a second raw-to-tiff converts on one core and with -j 1, 2 and 4, and GNU parallel running
+# dcraw_emu on the same files: copies of one, in memory, as the TIFFs are.
 #
 #   bench/throughput.sh [--install] [--publish] [-n ROUNDS] [-c COPIES] [-p PROGRAM] RAW
 #
@@ -54,7 +54,8 @@ for ((i = 0; i < copies; ++i)); do
 done
 
 # dcraw_emu writes beside its input.
-labels=("raw-to-tiff -j 1" "raw-to-tiff -j 2" "raw-to-tiff -j 4"
+first_core=$(taskset -cp $$ | sed 's/.*: //; s/[,-].*//')
+labels=("taskset -c $first_core raw-to-tiff -j 1" "raw-to-tiff -j 1" "raw-to-tiff -j 2" "raw-to-tiff -j 4"
     "parallel -j 2 dcraw_emu -w -W -T -6" "parallel -j 4 dcraw_emu -w -W -T -6")
 
 # Runs the command of a label over all files, and answers the seconds that it took.
@@ -67,7 +68,7 @@ seconds_of() {
     if [ "${words[0]}" = parallel ]; then
         "${words[@]}" ::: "$work/in"/* >"$work/log" 2>&1
     else
-        "$program" "${words[@]:1}" -q -r "$work/in" -d "$work/out" >"$work/log" 2>&1
+        "${words[@]/#raw-to-tiff/$program}" -q -r "$work/in" -d "$work/out" >"$work/log" 2>&1
     fi || fail "$1: $(tail -n 1 "$work/log")"
     end=$EPOCHREALTIME
     find "$work/in" -name '*.tiff' -exec mv -t "$work/out" {} +
