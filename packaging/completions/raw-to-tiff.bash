@@ -31,7 +31,7 @@ _raw_to_tiff() {
             --memory-limit --null --output --preserve-times --quiet --recursive --resume --timeout --verbose --version
             -0 -d -h -j -o -q -r -v' -- "$word")
         ;;
-    *) mapfile -t COMPREPLY < <(compgen -f -X '!*.[cC][rR][2wW]' -- "$word" && compgen -d -- "$word") ;;
+    *) mapfile -t COMPREPLY < <(compgen -d -- "$word"; compgen -f -X '!*.[cC][rR][2wW]' -- "$word") ;;
     esac
 }
 

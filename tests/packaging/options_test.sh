@@ -45,10 +45,12 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
 touch a.CR2 a.crw a.tif
+mkdir 'b c'
 offers_only --existing --ex
 offers_only overwrite --existing = ov
 offers_only newer --existing n
 offers_only 'a.CR2 a.crw' a
+offers_only 'b c' b
 offers_only a.tif --log a.t
 
 # Where they are installed, as scripts/test sees to.
