@@ -196,15 +196,6 @@ note_load() {
     note "Other programs were at work when the runs began (load average $load): these times are not to be relied on."
 }
 
-# Puts the figures between the markers of the page.
-publish_figures() {
-    local page=$root/docs/performance.md begin='<!-- figures -->' end='<!-- end of figures -->'
-    [ "$(grep -xF -e "$begin" -e "$end" "$page")" = "$begin"$'\n'"$end" ] || fail "$page lacks its two markers"
-    sed -i -e "/^$begin\$/r $results/figures.md" -e "/^$begin\$/,/^$end\$/ { /^<!--/!d }" "$page"
-    cp "$results/performance.svg" "$root/docs/"
-    say "wrote docs/performance.md and docs/performance.svg"
-}
-
 first_core=$(taskset -cp $$ | sed 's/.*: //; s/[,-].*//')
 printf '%s\n' "$invocation" >"$results/invocation"
 describe_machine >"$results/machine"
@@ -226,4 +217,8 @@ for i in "${!raws[@]}"; do
 done
 "$root/bench/report.py" "$results" >"$results/figures.md"
 cat "$results/figures.md"
-[ $publish = no ] || publish_figures
+if [ $publish = yes ]; then
+    publish "$root/docs/performance.md" figures "$results/figures.md"
+    cp "$results/performance.svg" "$root/docs/"
+    say "wrote docs/performance.svg"
+fi

@@ -62,3 +62,12 @@ build_preset() {
     quietly "$preset-configure" cmake --preset "$preset"
     quietly "$preset-build" cmake --build --preset "$preset" ${1:+--target "$@"}
 }
+
+# Puts a file's text into a page, between the lines <!-- NAME --> and <!-- end of NAME -->.
+# publish PAGE NAME FILE
+publish() {
+    local begin="<!-- $2 -->" end="<!-- end of $2 -->"
+    [ "$(grep -xF -e "$begin" -e "$end" "$1")" = "$begin"$'\n'"$end" ] || fail "$1 lacks its two markers of $2"
+    sed -i -e "/^$begin\$/r $3" -e "/^$begin\$/,/^$end\$/ { /^$begin\$/!{ /^$end\$/!d } }" "$1"
+    say "wrote $1"
+}

@@ -51,18 +51,18 @@ std::string describe_progress(const tally& so_far) {
 }
 
 std::string progress_bar(const tally& so_far, const screen& screen) {
-    const std::size_t files = std::max<std::size_t>(so_far.inq_files(), 1);
-    const std::size_t full = bar_columns * (so_far.inq_files() - so_far.inq_left()) / files;
     const std::size_t columns = screen.inq_columns();
-    const std::string bar = '[' + std::string(full, '#') + std::string(bar_columns - full, '-') + "] ";
-    if (columns <= bar.size())
+    if (columns <= bar_columns + 1)
         return {};
-    const std::string progress = describe_progress(so_far);
-    const std::string_view shown = cut_to_columns(progress, columns - bar.size() - 1);
-    const std::size_t used = bar.size() + shown.size() + 1;
+    const std::size_t files = std::max<std::size_t>(so_far.inq_files(), 1);
+    const std::size_t done = bar_columns * (so_far.inq_files() - so_far.inq_left()) / files;
+    const std::string progress = ' ' + describe_progress(so_far);
+    const std::string_view shown = cut_to_columns(progress, columns - bar_columns - 1);
     const std::string failure =
         so_far.inq_last_failure().empty() ? "" : "  " + one_line(so_far.inq_last_failure());
-    return screen.in_green(bar) + std::string(shown) + screen.in_red(cut_to_columns(failure, columns - used));
+    const std::size_t free_columns = columns - bar_columns - shown.size() - 1;
+    return screen.bar(done, bar_columns) + std::string(shown) +
+           screen.in_red(cut_to_columns(failure, free_columns));
 }
 
 std::string describe_sum(ending_t ending, const tally& sum) {

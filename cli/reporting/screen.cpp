@@ -10,6 +10,9 @@
 namespace {
 
 constexpr std::string_view erase_line = "\r\x1b[K";
+constexpr std::string_view red = "31";
+constexpr std::string_view green_background = "42";
+constexpr std::string_view grey_background = "100";
 
 bool wants_no_colours() noexcept {
     const char* const setting = std::getenv("NO_COLOR");
@@ -32,8 +35,16 @@ unsigned screen::inq_columns() const noexcept {
 }
 
 void screen::write_line(std::string_view text) {
+    write_coloured_line(one_line(text));
+}
+
+void screen::write_failure(std::string_view text) {
+    write_coloured_line(in_red(one_line(text)));
+}
+
+void screen::write_coloured_line(const std::string& text) {
     const std::string_view before = m_status.empty() ? "" : erase_line;
-    write(std::string(before) + "raw-to-tiff: " + one_line(text) + '\n' + m_status);
+    write(std::string(before) + "raw-to-tiff: " + text + '\n' + m_status);
 }
 
 void screen::show_status(std::string text) {
@@ -49,12 +60,16 @@ void screen::clear_status() {
     m_status.clear();
 }
 
-std::string screen::in_green(std::string_view text) const {
-    return in_colour("32", text);
+std::string screen::in_red(std::string_view text) const {
+    return in_colour(red, text);
 }
 
-std::string screen::in_red(std::string_view text) const {
-    return in_colour("31", text);
+std::string screen::bar(std::size_t done, std::size_t columns) const {
+    const std::size_t left = columns - done;
+    if (!m_has_colours)
+        return std::string(done, '#') + std::string(left, '-');
+    return in_colour(green_background, std::string(done, ' ')) +
+           in_colour(grey_background, std::string(left, ' '));
 }
 
 std::string screen::in_colour(std::string_view code, std::string_view text) const {

@@ -1,0 +1,22 @@
+#compdef raw-to-tiff
+# Completion of raw-to-tiff for zsh.
+
+_arguments -s -S \
+    '(- *)'{-h,--help}'[list the options]' \
+    '(- *)--version[tell the version]' \
+    '(-r --recursive)'{-r,--recursive}'[take folders, and the folders in them]' \
+    '--files-from=[read more names from a file, - for standard input]:list:_files' \
+    '(-0 --null)'{-0,--null}'[the names of the list end in zero bytes]' \
+    '(-o --output -d --directory)'{-o+,--output=}'[the TIFF to write, for a single raw file]:TIFF:_files' \
+    '(-d --directory -o --output)'{-d+,--directory=}'[write into this folder]:folder:_directories' \
+    '--existing=[what to do where the TIFF exists]:choice:(error skip overwrite newer)' \
+    '--preserve-times[give each TIFF the modification time of its raw file]' \
+    '(-j --jobs)'{-j+,--jobs=}'[worker processes]:number' \
+    '--timeout=[give a file up after so long]:seconds' \
+    '--memory-limit=[let a file fail that takes more address space]:size' \
+    '(-q --quiet -v --verbose)'{-q,--quiet}'[report failures only]' \
+    '(-q --quiet -v --verbose)'{-v,--verbose}'[report every file]' \
+    '--json[write a JSON object for each file]' \
+    '--log=[append the JSON objects to a file]:log:_files' \
+    '--resume=[do what an earlier run with this log has left]:log:_files' \
+    '*:raw file or folder:_files -g "*.(#i)(cr2|crw)(-.)"'
