@@ -1,5 +1,4 @@
 #include "cli/command_line.h"
-#include "cli/converting/conversion_run.h"
 #include "cli/exit_code.h"
 #include "cli/program.h"
 #include "platform/process.h"
@@ -11,8 +10,6 @@ int main(int argc, char** argv) {
     try {
         platform::let_writes_fail();
         platform::open_standard_streams();
-        if (const auto code = run_as_worker(argc, argv))
-            return *code;
         options_t options;
         if (const auto code = read_command_line(argc, argv, options))
             return *code;

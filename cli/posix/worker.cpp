@@ -1,25 +1,37 @@
-#include "cli/converting/conversion_run.h"
+#include "cli/posix/worker.h"
+
 #include "cli/converting/convert_file.h"
 #include "cli/posix/messages.h"
-#include "cli/posix/worker_process.h"
 #include "cli/reporting/json_record.h"
 
-#include <charconv>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
 #include <new>
-#include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
-void limit_memory(std::string_view bytes) noexcept {
-    rlim_t limit = 0;
-    std::from_chars(bytes.data(), bytes.data() + bytes.size(), limit);
-    const rlimit both{limit, limit};
-    if (limit > 0)
-        ::setrlimit(RLIMIT_AS, &both);
+constexpr int worker_socket = STDERR_FILENO + 1;
+
+// A worker that held the program's end of another's socket would keep that one waiting for a dead program.
+void keep_only(int socket) noexcept {
+    const int nothing = ::open("/dev/null", O_RDWR);
+    ::dup2(nothing, STDIN_FILENO);
+    ::dup2(nothing, STDOUT_FILENO);
+    ::dup2(socket, worker_socket);
+    ::closefrom(worker_socket + 1);
+}
+
+void apply(const worker_settings_t& settings) {
+    ::setenv("TMPDIR", settings.temporary_folder.c_str(), 1);
+    ::setenv("RAW_TO_TIFF_THREADS", std::to_string(settings.threads).c_str(), 1);
+    const rlimit memory{settings.memory_bytes, settings.memory_bytes};
+    if (settings.memory_bytes > 0)
+        ::setrlimit(RLIMIT_AS, &memory);
 }
 
 result_t convert_timed(const job_t& job) {
@@ -29,28 +41,29 @@ result_t convert_timed(const job_t& job) {
     return result;
 }
 
-// Until the program hangs up, which it also does when it is killed.
 int convert_what_comes() {
     if (!send_message(worker_socket, ready_message))
-        return 1;
+        return EXIT_FAILURE;
     while (const auto message = receive_message(worker_socket)) {
         const auto job = job_of_json(*message);
         if (!job || !send_message(worker_socket, json_of(convert_timed(*job))))
-            return 1;
+            return EXIT_FAILURE;
     }
-    return 0;
+    return EXIT_SUCCESS;
 }
 
 } // namespace
 
-std::optional<int> run_as_worker(int argc, char** argv) {
-    if (argc != 3 || std::string_view(argv[1]) != worker_option)
-        return {};
+// Ends without the program's own clean-up, and without what the program has not written yet.
+void become_worker(const worker_settings_t& settings, int socket) noexcept {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-    limit_memory(argv[2]);
     try {
-        return convert_what_comes();
+        keep_only(socket);
+        apply(settings);
+        ::_exit(convert_what_comes());
     } catch (const std::bad_alloc&) {
-        return worker_out_of_memory;
+        ::_exit(worker_out_of_memory);
+    } catch (...) {
+        ::_exit(EXIT_FAILURE);
     }
 }

@@ -1,25 +1,12 @@
 #pragma once
 
 #include "cli/posix/descriptor.h"
+#include "cli/posix/worker.h"
 #include "cli/reporting/json_record.h"
 
-#include <cstdint>
+#include <optional>
 #include <string>
 #include <sys/types.h>
-
-// How the program starts itself as a worker: raw-to-tiff --worker BYTES, with a socket as this descriptor.
-// The worker says that it is ready, and then answers each job with its result.
-inline constexpr auto worker_option = "--worker";
-inline constexpr int worker_socket = 3;
-inline constexpr auto ready_message = "ready";
-
-struct worker_settings_t {
-    std::string temporary_folder;
-    unsigned threads;
-    std::uint64_t memory_bytes; // 0: no limit
-};
-
-inline constexpr int worker_out_of_memory = 4; // its exit code
 
 // How a worker ended, and what that makes of its job.
 struct worker_end_t {

@@ -17,7 +17,3 @@ ending_t convert_all(const std::vector<job_t>& jobs, const limits_t&, reports& r
     }
     return ending_t::complete;
 }
-
-std::optional<int> run_as_worker(int, char**) {
-    return {};
-}
