@@ -20,6 +20,12 @@ const std::map<std::string, existing_t> existing_choices = {{"error", existing_t
                                                             {"overwrite", existing_t::overwrite},
                                                             {"newer", existing_t::newer}};
 
+const std::map<std::string, sdk_open::compression_t> compression_choices = {
+    {"none", sdk_open::compression_t::none},
+    {"deflate", sdk_open::compression_t::deflate},
+    {"lzw", sdk_open::compression_t::lzw},
+    {"zstd", sdk_open::compression_t::zstd}};
+
 constexpr auto footer =
     R"(Exit status of a single file (RAW alone, RAW TIFF, or -o TIFF RAW): 0 converted, 10 no such raw file,
 11 the conversion failed. Of many: 0 everything converted, 1 some inputs are bad, 3 the system failed (disk
@@ -27,6 +33,11 @@ full, rights). Of both: 2 wrong usage, 130 interrupted.)";
 
 std::string is_named(const std::string& name) {
     return name.empty() ? "the name is empty" : "";
+}
+
+std::string is_compressible(const std::string& choice) {
+    const bool is_there = sdk_open::can_compress(compression_choices.at(choice));
+    return is_there ? "" : "the libtiff of this system does not have " + choice;
 }
 
 void describe_inputs(CLI::App& program, options_t& options) {
@@ -59,6 +70,14 @@ void describe_outputs(CLI::App& program, options_t& options) {
             "where the TIFF exists: error, skip, overwrite, or newer (overwrite where the raw file is newer, "
             "else skip); error unless the TIFF is named (overwrite) or --resume is given (newer)")
         ->check(CLI::IsMember(existing_choices))
+        ->type_name("");
+    program
+        .add_option_function<std::string>(
+            "--compression",
+            [&](const std::string& choice) { options.compression = compression_choices.at(choice); },
+            "how the pixels are stored: none, deflate, lzw or zstd; none unless given")
+        ->check(CLI::IsMember(compression_choices))
+        ->check(is_compressible)
         ->type_name("");
     program.add_flag("--preserve-times", options.keeps_modification_times,
                      "give each TIFF the modification time of its raw file");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "sdk/open/output_options.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -27,6 +29,7 @@ struct options_t {
     std::string folder; // of all outputs; empty: beside the raw files
     std::optional<existing_t> existing;
     bool keeps_modification_times = false;
+    sdk_open::compression_t compression = sdk_open::compression_t::none;
     limits_t limits;
     verbosity_t verbosity = verbosity_t::normal;
     bool has_json = false;

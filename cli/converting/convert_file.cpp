@@ -78,6 +78,7 @@ result_t convert_file(const job_t& job) {
         fail(result, outcome_t::bad_input, "its name, or that of the TIFF, cannot be used");
         return result;
     }
+    sdk_open::set_compression(job.compression);
     if (const int code = convert_raw_to_tiff(*raw, *tiff); code != pixrerr_ok) {
         explain_failure(result, code, *raw);
         return result;

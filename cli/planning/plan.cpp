@@ -55,7 +55,7 @@ private:
 
     void add_file(const input_place_t& input) {
         job_t job{input.path, output_name(input, m_options), !m_options.folder.empty(),
-                  m_options.keeps_modification_times};
+                  m_options.keeps_modification_times, m_options.compression};
         std::error_code unknown;
         if (m_options.is_single() || has_raw_name(input.path))
             m_plan.jobs.push_back(std::move(job));

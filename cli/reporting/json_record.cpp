@@ -89,7 +89,8 @@ std::string json_of(const job_t& job) {
     return text_of({{"input", job.input},
                     {"output", job.output},
                     {"makes_folders", job.makes_folders},
-                    {"keeps_modification_time", job.keeps_modification_time}});
+                    {"keeps_modification_time", job.keeps_modification_time},
+                    {"compression", job.compression}});
 }
 
 std::optional<job_t> job_of_json(std::string_view text) {
@@ -99,6 +100,7 @@ std::optional<job_t> job_of_json(std::string_view text) {
         json.at("output").get_to(job.output);
         json.at("makes_folders").get_to(job.makes_folders);
         json.at("keeps_modification_time").get_to(job.keeps_modification_time);
+        json.at("compression").get_to(job.compression);
         return job;
     });
 }

@@ -6,6 +6,7 @@
 #include "sdk/open/handle_table.h"
 #include "sdk/open/identifying/raw_format.h"
 #include "sdk/open/open_objects.h"
+#include "sdk/open/output_options.h"
 #include "sdk/open/system/input_file.h"
 #include "sdk/open/system/large_block.h"
 #include "sdk/open/system/system_calls.h"
@@ -159,7 +160,7 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         auto& source = handles.find<raw_image>(image);
         auto& file = handles.find<output_stream>(stream).file;
         developed_picture picture(source.decoder);
-        write_tiff(file, picture, source.metadata);
+        write_tiff(file, picture, source.metadata, inq_compression());
         file.commit();
     });
 }

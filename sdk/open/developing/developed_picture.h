@@ -15,9 +15,9 @@ class developed_picture final {
 public:
     static constexpr unsigned channels = 3;
 
-    // Takes the values of the next rows, from the top down, and may use their memory. It is called on any
-    // thread, but never twice at a time.
-    using rows_taker = std::function<void(std::span<std::uint16_t> values)>;
+    // What becomes of the values of some rows, whose memory it may use. It is told which worker calls, from
+    // 0.
+    using rows_task = std::function<void(unsigned worker, std::span<std::uint16_t> values)>;
 
     // The decoder must outlive the picture. Throws failure where the camera's colours are not known, and
     // std::bad_alloc.
@@ -28,10 +28,11 @@ public:
     [[nodiscard]] unsigned inq_height() const noexcept { return m_height; }
 
     // Decodes and develops with at most so many threads, the calling one included, and hands the picture on
-    // in pieces of a multiple of rows_per_piece rows; the last piece may be shorter. The values do not depend
-    // on the number of threads. Throws failure where the pixel data are damaged, std::bad_alloc, and what the
-    // taker throws.
-    void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take);
+    // in pieces of a multiple of rows_per_piece rows; the last piece may be shorter. Each piece is prepared
+    // by one of the workers while others prepare theirs, and then taken by the same one: one at a time, from
+    // the top down. The values do not depend on the number of threads. Throws failure where the pixel data
+    // are damaged, std::bad_alloc, and what the tasks throw.
+    void develop(unsigned workers, unsigned rows_per_piece, const rows_task& prepare, const rows_task& take);
 
 private:
     class band_maker;
