@@ -105,6 +105,9 @@ void describe_reports(CLI::App& program, options_t& options) {
         .add_flag_callback(
             "-v,--verbose", [&] { options.verbosity = verbosity_t::verbose; }, "report every file")
         ->excludes(quiet);
+    program.add_flag_callback(
+        "--info", [&] { options.task = task_t::describe; },
+        "tell what is known of each file, on standard output, and convert nothing");
     program.add_flag("--json", options.has_json,
                      "write a JSON object for each file on standard output, and one for the sum");
     program.add_option("--log", options.log, "append the same lines to a file")->check(is_named);
@@ -118,13 +121,19 @@ void describe_reports(CLI::App& program, options_t& options) {
 
 // Two names are a raw file and its TIFF, unless the second is a raw file's: that is never an output.
 void take_named_output(options_t& options) {
-    const bool is_pair = options.names.size() == 2 && options.list.empty() && options.folder.empty() &&
-                         options.output.empty() && !options.is_recursive &&
-                         !has_raw_name(options.names.back());
+    const bool is_pair = options.task == task_t::convert && options.names.size() == 2 &&
+                         options.list.empty() && options.folder.empty() && options.output.empty() &&
+                         !options.is_recursive && !has_raw_name(options.names.back());
     if (!is_pair)
         return;
     options.output = options.names.back();
     options.names.pop_back();
+}
+
+bool says_what_to_write(const options_t& options) {
+    return !options.output.empty() || !options.folder.empty() || options.existing ||
+           options.keeps_modification_times || options.compression != sdk_open::compression_t::none ||
+           !options.log.empty() || !options.resume.empty();
 }
 
 void check_combination(const options_t& options) {
@@ -132,6 +141,8 @@ void check_combination(const options_t& options) {
         throw CLI::ValidationError("RAW is required");
     if (!options.output.empty() && !options.is_single())
         throw CLI::ValidationError("-o takes a single raw file, without -r and --files-from");
+    if (options.task == task_t::describe && says_what_to_write(options))
+        throw CLI::ValidationError("--info writes no files: it goes with inputs, -j, limits and --json only");
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/open/output_options.h"
+#include "cli/job.h"
 
 #include <cstdint>
 #include <optional>
@@ -21,6 +21,7 @@ struct limits_t {
 
 // What the command line asks for.
 struct options_t {
+    task_t task = task_t::convert;
     std::vector<std::string> names; // raw files and folders
     std::string list;               // a file of more names, "-" for standard input; empty: none
     bool is_list_zero_separated = false;

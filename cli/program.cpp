@@ -3,6 +3,7 @@
 #include "cli/converting/conversion_run.h"
 #include "cli/exit_code.h"
 #include "cli/planning/plan.h"
+#include "cli/reporting/info_report.h"
 #include "cli/reporting/json_report.h"
 #include "cli/reporting/one_line.h"
 #include "cli/reporting/single_report.h"
@@ -51,6 +52,10 @@ std::optional<plan_t> make_sound_plan(const options_t& options) {
 }
 
 void add_sinks(reports& reports, const options_t& options) {
+    if (options.task == task_t::describe) {
+        reports.add(std::make_unique<info_report>(options.has_json ? info_form_t::json : info_form_t::text));
+        return;
+    }
     if (options.is_single())
         reports.add(std::make_unique<single_report>(options.verbosity));
     else

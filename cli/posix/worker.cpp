@@ -1,11 +1,10 @@
 #include "cli/converting/conversion_run.h"
-#include "cli/converting/convert_file.h"
+#include "cli/converting/do_job.h"
 #include "cli/posix/messages.h"
 #include "cli/posix/worker_process.h"
 #include "cli/reporting/json_record.h"
 
 #include <charconv>
-#include <chrono>
 #include <csignal>
 #include <new>
 #include <string_view>
@@ -22,20 +21,13 @@ void limit_memory(std::string_view bytes) noexcept {
         ::setrlimit(RLIMIT_AS, &both);
 }
 
-result_t convert_timed(const job_t& job) {
-    const auto start = std::chrono::steady_clock::now();
-    result_t result = convert_file(job);
-    result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    return result;
-}
-
 // Until the program hangs up, which it also does when it is killed.
-int convert_what_comes() {
+int do_what_comes() {
     if (!send_message(worker_socket, ready_message))
         return 1;
     while (const auto message = receive_message(worker_socket)) {
         const auto job = job_of_json(*message);
-        if (!job || !send_message(worker_socket, json_of(convert_timed(*job))))
+        if (!job || !send_message(worker_socket, json_of(do_job(*job))))
             return 1;
     }
     return 0;
@@ -49,7 +41,7 @@ std::optional<int> run_as_worker(int argc, char** argv) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     limit_memory(argv[2]);
     try {
-        return convert_what_comes();
+        return do_what_comes();
     } catch (const std::bad_alloc&) {
         return worker_out_of_memory;
     }

@@ -1,5 +1,6 @@
 #include "cli/reporting/json_record.h"
 
+#include "cli/reporting/facts_json.h"
 #include "cli/reporting/tally.h"
 
 #include <nlohmann/json.hpp>
@@ -47,11 +48,9 @@ std::string json_of(const result_t& result) {
                    {"output", result.job.output},
                    {"outcome", name_of(result.outcome)},
                    {"code", code_of(result.outcome)},
-                   {"reason", result.reason},
-                   {"camera", result.camera},
-                   {"width", result.width},
-                   {"height", result.height},
-                   {"seconds", rounded(result.seconds)}};
+                   {"reason", result.reason}};
+    add_facts(json, result.facts);
+    json["seconds"] = rounded(result.seconds);
     return text_of(json);
 }
 
@@ -65,9 +64,7 @@ std::optional<result_t> result_of_json(std::string_view line) {
         json.at("output").get_to(result.job.output);
         result.outcome = *outcome;
         json.at("reason").get_to(result.reason);
-        json.at("camera").get_to(result.camera);
-        result.width = json.at("width");
-        result.height = json.at("height");
+        result.facts = facts_of_json(json);
         result.seconds = json.at("seconds");
         return result;
     });
@@ -88,6 +85,7 @@ std::string json_of(ending_t ending, const tally& sum) {
 std::string json_of(const job_t& job) {
     return text_of({{"input", job.input},
                     {"output", job.output},
+                    {"task", job.task},
                     {"makes_folders", job.makes_folders},
                     {"keeps_modification_time", job.keeps_modification_time},
                     {"compression", job.compression}});
@@ -98,6 +96,7 @@ std::optional<job_t> job_of_json(std::string_view text) {
         job_t job;
         json.at("input").get_to(job.input);
         json.at("output").get_to(job.output);
+        json.at("task").get_to(job.task);
         json.at("makes_folders").get_to(job.makes_folders);
         json.at("keeps_modification_time").get_to(job.keeps_modification_time);
         json.at("compression").get_to(job.compression);

@@ -5,8 +5,10 @@
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"
 #include "sdk/open/identifying/raw_format.h"
+#include "sdk/open/metadata/collected_facts.h"
 #include "sdk/open/open_objects.h"
 #include "sdk/open/output_options.h"
+#include "sdk/open/picture_facts.h"
 #include "sdk/open/system/input_file.h"
 #include "sdk/open/system/large_block.h"
 #include "sdk/open/system/system_calls.h"
@@ -32,6 +34,8 @@ struct session {
     handle_table handles;
 };
 std::optional<session> the_session;
+
+picture_facts the_facts; // of the last picture
 
 session& running_session() {
     if (!the_session)
@@ -116,6 +120,11 @@ __EdsObject* make_stream(std::string path, eds_disposition_t disposition) {
 }
 
 } // namespace
+
+const picture_facts& inq_picture_facts() noexcept {
+    return the_facts;
+}
+
 } // namespace sdk_open
 
 using namespace sdk_open;
@@ -123,6 +132,7 @@ using namespace sdk_open;
 eds_error_t EdsInitializeSDK() {
     return guarded([] {
         forget_failure_reason();
+        the_facts = {};
         the_session.emplace();
     });
 }
@@ -145,7 +155,11 @@ eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
         handle_table& handles = running_session().handles;
-        *image = handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
+        __EdsObject* const made =
+            handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
+        const auto& identified = handles.find<raw_image>(made);
+        the_facts = collect_facts(identified.decoder.inq_data(), identified.metadata);
+        *image = made;
     });
 }
 
