@@ -40,6 +40,11 @@ std::string is_compressible(const std::string& choice) {
     return is_there ? "" : "the libtiff of this system does not have " + choice;
 }
 
+// No raw file or TIFF is to be replaced by a slip.
+std::string is_page_name(const std::string& name) {
+    return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
+}
+
 void describe_inputs(CLI::App& program, options_t& options) {
     program
         .add_option("RAW", options.names,
@@ -111,6 +116,9 @@ void describe_reports(CLI::App& program, options_t& options) {
     program.add_flag("--json", options.has_json,
                      "write a JSON object for each file on standard output, and one for the sum");
     program.add_option("--log", options.log, "append the same lines to a file")->check(is_named);
+    program.add_option("--report", options.report, "write a page about all files, with small pictures")
+        ->check(is_page_name)
+        ->type_name("FILE.html");
     program
         .add_option(
             "--resume", options.resume,
@@ -133,7 +141,7 @@ void take_named_output(options_t& options) {
 bool says_what_to_write(const options_t& options) {
     return !options.output.empty() || !options.folder.empty() || options.existing ||
            options.keeps_modification_times || options.compression != sdk_open::compression_t::none ||
-           !options.log.empty() || !options.resume.empty();
+           !options.log.empty() || !options.resume.empty() || !options.report.empty();
 }
 
 void check_combination(const options_t& options) {

@@ -16,5 +16,6 @@ struct job_t {
     task_t task = task_t::convert;
     bool makes_folders = false;           // those that the output lies in
     bool keeps_modification_time = false; // the output gets the input's
+    bool has_thumbnail = false;           // the result comes with one
     sdk_open::compression_t compression = sdk_open::compression_t::none;
 };

@@ -35,6 +35,7 @@ struct options_t {
     verbosity_t verbosity = verbosity_t::normal;
     bool has_json = false;
     std::string log;    // empty: none
+    std::string report; // an HTML page; empty: none
     std::string resume; // the log of an earlier run; empty: none
 
     // One raw file is named and nothing that could stand for many: the answer is the library's code.

@@ -12,5 +12,6 @@ struct result_t {
     outcome_t outcome = outcome_t::converted;
     std::string reason;            // one line; empty where the job was done
     sdk_open::picture_facts facts; // as far as the file was looked at
+    std::string thumbnail = {};    // a JPEG of the TIFF in base64; empty where there is none
     double seconds = 0;
 };

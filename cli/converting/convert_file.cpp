@@ -1,6 +1,7 @@
 #include "cli/converting/convert_file.h"
 
 #include "cli/converting/failure_outcome.h"
+#include "cli/converting/thumbnail.h"
 #include "cli/file_argument.h"
 #include "conversion/convert_raw_to_tiff.h"
 #include "conversion/pixrerr.h"
@@ -52,6 +53,8 @@ result_t convert_file(const job_t& job) {
         return result;
     }
     result.facts = sdk_open::inq_picture_facts();
+    if (job.has_thumbnail)
+        result.thumbnail = make_thumbnail(job.output);
     if (job.keeps_modification_time)
         keep_modification_time(result);
     return result;

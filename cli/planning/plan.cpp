@@ -72,6 +72,7 @@ private:
                 task_t::convert,
                 !m_options.folder.empty(),
                 m_options.keeps_modification_times,
+                !m_options.report.empty(),
                 m_options.compression};
     }
 

@@ -27,7 +27,7 @@ int do_what_comes() {
         return 1;
     while (const auto message = receive_message(worker_socket)) {
         const auto job = job_of_json(*message);
-        if (!job || !send_message(worker_socket, json_of(do_job(*job))))
+        if (!job || !send_message(worker_socket, message_of(do_job(*job))))
             return 1;
     }
     return 0;

@@ -41,9 +41,7 @@ auto read_object(std::string_view text, Read read) -> decltype(read(json_t())) {
     }
 }
 
-} // namespace
-
-std::string json_of(const result_t& result) {
+json_t object_of(const result_t& result) {
     json_t json = {{"input", result.job.input},
                    {"output", result.job.output},
                    {"outcome", name_of(result.outcome)},
@@ -51,6 +49,18 @@ std::string json_of(const result_t& result) {
                    {"reason", result.reason}};
     add_facts(json, result.facts);
     json["seconds"] = rounded(result.seconds);
+    return json;
+}
+
+} // namespace
+
+std::string json_of(const result_t& result) {
+    return text_of(object_of(result));
+}
+
+std::string message_of(const result_t& result) {
+    json_t json = object_of(result);
+    json["thumbnail"] = result.thumbnail;
     return text_of(json);
 }
 
@@ -65,6 +75,7 @@ std::optional<result_t> result_of_json(std::string_view line) {
         result.outcome = *outcome;
         json.at("reason").get_to(result.reason);
         result.facts = facts_of_json(json);
+        result.thumbnail = json.value("thumbnail", "");
         result.seconds = json.at("seconds");
         return result;
     });
@@ -88,6 +99,7 @@ std::string json_of(const job_t& job) {
                     {"task", job.task},
                     {"makes_folders", job.makes_folders},
                     {"keeps_modification_time", job.keeps_modification_time},
+                    {"has_thumbnail", job.has_thumbnail},
                     {"compression", job.compression}});
 }
 
@@ -99,6 +111,7 @@ std::optional<job_t> job_of_json(std::string_view text) {
         json.at("task").get_to(job.task);
         json.at("makes_folders").get_to(job.makes_folders);
         json.at("keeps_modification_time").get_to(job.keeps_modification_time);
+        json.at("has_thumbnail").get_to(job.has_thumbnail);
         json.at("compression").get_to(job.compression);
         return job;
     });
