@@ -11,6 +11,7 @@
 #include <span>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace {
 
@@ -51,6 +52,8 @@ void html_report::take(const result_t& result, const tally&) {
 }
 
 void html_report::finish(ending_t ending, const tally& sum) {
+    if (std::exchange(m_is_over, true))
+        return;
     try {
         write(before_sum);
         write(html_text(describe_sum(ending, sum)));

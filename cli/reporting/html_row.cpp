@@ -10,7 +10,7 @@
 namespace {
 
 std::string cell(const std::string& key, const std::string& content) {
-    return "<td data-key=\"" + html_text(key) + "\">" + content + "</td>\n";
+    return R"(<td data-key=")" + html_text(key) + R"(">)" + content + "</td>\n";
 }
 
 // The second line of a cell.
@@ -21,7 +21,7 @@ std::string small(const std::string& text) {
 std::string picture_cell(const result_t& result) {
     if (result.thumbnail.empty())
         return "<td><span class=\"blank\"></span></td>\n";
-    return "<td><img alt=\"\" src=\"data:image/jpeg;base64," + html_text(result.thumbnail) + "\"></td>\n";
+    return R"(<td><img alt="" src="data:image/jpeg;base64,)" + html_text(result.thumbnail) + "\"></td>\n";
 }
 
 std::string file_cell(const result_t& result) {
@@ -35,7 +35,7 @@ std::string result_cell(const result_t& result) {
     std::ranges::replace(name, '_', ' ');
     const std::string code = std::to_string(code_of(result.outcome));
     return cell(name,
-                "<span class=\"outcome\" title=\"code " + code + "\">" + name + "</span>" +
+                R"(<span class="outcome">)" + name + "</span>" +
                     small(is_done(result.outcome) ? result.reason : "code " + code + ": " + result.reason));
 }
 

@@ -5,7 +5,8 @@
 
 namespace sdk_open {
 
-// What a person asks about a raw picture. Texts are empty and numbers 0 where nothing is known.
+// What a person asks about a raw picture. Texts, of at most 200 bytes, are empty and numbers 0 where nothing
+// is known.
 struct picture_facts {
     std::string camera; // "Canon EOS 30D"
     std::string lens;

@@ -14,6 +14,9 @@ namespace {
 
 using field_list = std::vector<metadata_field>;
 
+// No maker's text is longer, but a hostile file's may be.
+constexpr std::size_t most_text = 200;
+
 // The bytes of a field's values; none where there is no such field of this type and number of bytes.
 std::span<const std::byte> bytes_of(const field_list& fields, std::uint16_t tag, TIFFDataType type,
                                     std::size_t least_size) {
@@ -39,7 +42,7 @@ unsigned short_of(const field_list& fields, std::uint16_t tag) {
 std::string text_of(const field_list& fields, std::uint16_t tag) {
     std::string text;
     for (const std::byte unit : bytes_of(fields, tag, TIFF_ASCII, 1)) {
-        if (unit == std::byte{0})
+        if (unit == std::byte{0} || text.size() == most_text)
             break;
         text.push_back(static_cast<char>(unit));
     }
@@ -51,7 +54,7 @@ std::string date_time_of(const picture_metadata& metadata) {
     constexpr std::size_t regular_length = 19;
     std::string text = text_of(metadata.exif, EXIFTAG_DATETIMEORIGINAL);
     if (text.empty())
-        text = metadata.date_time;
+        text = metadata.date_time.substr(0, most_text);
     if (text.size() == regular_length)
         std::replace(text.begin(), text.begin() + 10, ':', '-');
     return text;
@@ -79,7 +82,7 @@ void add_white_balance(picture_facts& facts, const libraw_colordata_t& color) {
 
 picture_facts collect_facts(const libraw_data_t& data, const picture_metadata& metadata) {
     picture_facts facts;
-    facts.camera = metadata.model;
+    facts.camera = metadata.model.substr(0, most_text);
     facts.lens = text_of(metadata.exif, EXIFTAG_LENSMODEL);
     facts.date_time = date_time_of(metadata);
     facts.exposure_seconds = rational_of(metadata.exif, EXIFTAG_EXPOSURETIME);
