@@ -47,12 +47,12 @@ result_t convert_file(const job_t& job) {
         fail(result, outcome_t::bad_input, "its name, or that of the TIFF, cannot be used");
         return result;
     }
+    const sdk_open::facts_collection facts(result.facts);
     sdk_open::set_compression(job.compression);
     if (const int code = convert_raw_to_tiff(*raw, *tiff); code != pixrerr_ok) {
         explain_failure(result, code, *raw);
         return result;
     }
-    result.facts = sdk_open::inq_picture_facts();
     if (job.has_thumbnail)
         result.thumbnail = make_thumbnail(job.output);
     if (job.keeps_modification_time)

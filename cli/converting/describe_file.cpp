@@ -41,9 +41,8 @@ result_t describe_file(const job_t& job) {
         fail(result, outcome_t::bad_input, "its name cannot be used");
         return result;
     }
+    const sdk_open::facts_collection facts(result.facts);
     if (const pixrerr_t code = identify(*raw); code != pixrerr_ok)
         explain_failure(result, code, *raw);
-    else
-        result.facts = sdk_open::inq_picture_facts();
     return result;
 }

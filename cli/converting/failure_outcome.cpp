@@ -34,7 +34,6 @@ void explain_failure(result_t& result, int code, const ZFileLocation& raw) {
         return fail(result, outcome_t::missing, "there is no such file, or it cannot be reached");
     if (!has_raw_extension(raw))
         return fail(result, outcome_t::bad_input, "not a .cr2 or .crw file");
-    result.facts = sdk_open::inq_picture_facts();
     if (inq_sdk_failure_reason().empty())
         return fail(result, outcome_t::over_memory, "not enough memory");
     fail(result, outcome_of_failure(), std::string(inq_sdk_failure_reason()));

@@ -35,8 +35,6 @@ struct session {
 };
 std::optional<session> the_session;
 
-picture_facts the_facts; // of the last picture
-
 session& running_session() {
     if (!the_session)
         throw failure(error_code_t::not_initialised, "the SDK is not initialised");
@@ -119,12 +117,16 @@ __EdsObject* make_stream(std::string path, eds_disposition_t disposition) {
     throw failure(error_code_t::not_supported, "unknown way of opening a file");
 }
 
-} // namespace
-
-const picture_facts& inq_picture_facts() noexcept {
-    return the_facts;
+__EdsObject* identify(handle_table& handles, const input_file& file) {
+    __EdsObject* const image = handles.make<raw_image>(read_raw_file(file));
+    if (picture_facts* const target = facts_collection::inq_target()) {
+        const auto& identified = handles.find<raw_image>(image);
+        *target = collect_facts(identified.decoder.inq_data(), identified.metadata);
+    }
+    return image;
 }
 
+} // namespace
 } // namespace sdk_open
 
 using namespace sdk_open;
@@ -132,7 +134,6 @@ using namespace sdk_open;
 eds_error_t EdsInitializeSDK() {
     return guarded([] {
         forget_failure_reason();
-        the_facts = {};
         the_session.emplace();
     });
 }
@@ -155,11 +156,7 @@ eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
         handle_table& handles = running_session().handles;
-        __EdsObject* const made =
-            handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
-        const auto& identified = handles.find<raw_image>(made);
-        the_facts = collect_facts(identified.decoder.inq_data(), identified.metadata);
-        *image = made;
+        *image = identify(handles, handles.find<input_stream>(stream).file);
     });
 }
 

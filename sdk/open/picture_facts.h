@@ -21,8 +21,20 @@ struct picture_facts {
     std::array<double, 3> white_balance{}; // the factors of red, green and blue as shot, green's 1
 };
 
-// About the picture that EdsCreateImageRef identified last; nothing is known where there was none since the
-// last EdsInitializeSDK. Stays valid until the next one of either.
-[[nodiscard]] const picture_facts& inq_picture_facts() noexcept;
+// While it lives, what EdsCreateImageRef finds out about a picture goes to the target, which must outlive it.
+// There is one at a time.
+class facts_collection final {
+public:
+    explicit facts_collection(picture_facts& target) noexcept { the_target = &target; }
+    facts_collection(const facts_collection&) = delete;
+    facts_collection& operator=(const facts_collection&) = delete;
+    ~facts_collection() { the_target = nullptr; }
+
+    // Null where nobody asks.
+    [[nodiscard]] static picture_facts* inq_target() noexcept { return the_target; }
+
+private:
+    inline static picture_facts* the_target = nullptr;
+};
 
 } // namespace sdk_open
