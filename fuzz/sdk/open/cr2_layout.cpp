@@ -76,6 +76,6 @@ private:
 
 } // namespace
 
-std::vector<stretch> find_stretches(std::span<const std::byte> file) {
+std::vector<stretch> find_cr2_stretches(std::span<const std::byte> file) {
     return cr2_reader(file).inq_found();
 }

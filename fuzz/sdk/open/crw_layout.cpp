@@ -49,7 +49,7 @@ void read_heap(layout_builder& layout, std::size_t first, std::size_t size, unsi
 
 } // namespace
 
-std::vector<stretch> find_stretches(std::span<const std::byte> file) {
+std::vector<stretch> find_crw_stretches(std::span<const std::byte> file) {
     layout_builder layout(file);
     const std::size_t heap = layout.number_at(2, 4);
     if (heap <= file.size())

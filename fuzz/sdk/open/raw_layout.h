@@ -18,6 +18,10 @@ struct stretch final {
     std::size_t size;  // at least 1
 };
 
-// The stretches of a .cr2 or a .crw (whichever is linked in), as far as they lie in the file; none in bytes
-// that are no such file. However damaged it is, there are no more than a few thousand.
+// The stretches of a raw file, as far as they lie in it; none in bytes that are no such file. However damaged it
+// is, there are no more than a few thousand.
 [[nodiscard]] std::vector<stretch> find_stretches(std::span<const std::byte> file);
+
+// The same for files that are taken for one of the formats.
+[[nodiscard]] std::vector<stretch> find_cr2_stretches(std::span<const std::byte> file);
+[[nodiscard]] std::vector<stretch> find_crw_stretches(std::span<const std::byte> file);

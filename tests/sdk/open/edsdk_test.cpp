@@ -1,6 +1,7 @@
 #include "sdk/open/failure.h"
 #include "sdk/open/identifying/raw_decoder.h"
 #include "tests/sdk/open/conversion_run.h"
+#include "tests/sdk/open/samples.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
