@@ -62,6 +62,10 @@ private:
         unsigned marker = 0;
         for (std::size_t at = first + 2; marker != start_of_scan && byte_at(at) == 0xff;) {
             marker = byte_at(at + 1);
+            if (marker == 0xff) { // fills up
+                ++at;
+                continue;
+            }
             const std::size_t size = byte_at(at + 2) * 256 + byte_at(at + 3);
             m_layout.add(stretch_kind_t::header, at, size + 2);
             at += size + 2;
