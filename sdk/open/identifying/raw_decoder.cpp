@@ -42,14 +42,14 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
 
 } // namespace
 
-// LibRaw takes the bytes as writable and writes nothing.
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
-    : m_stream(const_cast<std::byte*>(bytes.data()), bytes.size()), // NOLINT
+    : m_stream(bytes),
       m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
                                                     LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
     static_cast<void>(recognise_raw_format(bytes));
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     check(m_libraw->open_datastream(&m_stream));
+    m_stream.lift_limits();
     m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
 }
 

@@ -53,11 +53,34 @@ damage fill(std::size_t position, char value) {
     return [=](std::string& file) { file.replace(position, 2000, 2000, value); };
 }
 
+// Replaces the resolution unit of the first directory of the .cr2 by a pointer to what is put behind the
+// file.
+damage append(std::string_view entry, const std::string& bytes) {
+    return [=](std::string& file) {
+        std::string added(entry);
+        for (std::size_t shift = 0; shift < 32; shift += 8)
+            added.push_back(static_cast<char>(file.size() >> shift & 0xffU));
+        constexpr std::string_view resolution_unit("\x28\1\3\0\1\0\0\0", 8);
+        file.replace(file.find(resolution_unit), added.size(), added);
+        file += bytes;
+    };
+}
+
+// A packet of another maker's notes, which may hold others.
+std::string packets(std::size_t count) {
+    const std::string one = std::string("STKP\0\0\0\0", 8) + std::string(40, 'x') + "\xff\xff\xff\x7f";
+    std::string all;
+    while (count-- > 0)
+        all += one;
+    return all;
+}
+
 TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
     constexpr auto cr2 = "5d2_1comp.cr2";
     constexpr auto crw = "d60_12bit_table2_portrait.crw";
     constexpr std::string_view slices("\2\0\x98\0\x98\0", 6); // of the .cr2: two of 152 columns and one more
     constexpr std::string_view borders("\x30\0\x14\0\xbf\1", 6); // of the .cr2: left, top and right
+    constexpr std::string_view notes("\6\x86\4\0\5\0\0\0", 8);
     constexpr auto table = "\xff\xc4";
     constexpr auto frame = "\xff\xc3";
     constexpr auto scan = "\xff\xda";
@@ -76,6 +99,7 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
         {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
         {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
+        {"notes nested without end", cr2, append(notes, packets(100'000))},
         {"a byte short", crw, cut_off(1)},
         {"blanked codes", crw, fill(160'000, '\0')},
         {"filled codes", crw, fill(160'000, '\x55')},
