@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace sdk_open {
 namespace {
@@ -30,9 +31,10 @@ bool is_blank(std::byte unit) noexcept {
 } // namespace
 
 // LibRaw takes the bytes as writable and writes nothing.
-bounded_datastream::bounded_datastream(std::span<const std::byte> bytes)
+bounded_datastream::bounded_datastream(std::span<const std::byte> bytes, std::vector<std::size_t> hidden_tags)
     : LibRaw_buffer_datastream(const_cast<std::byte*>(bytes.data()), bytes.size()), // NOLINT
       m_bytes(bytes),
+      m_hidden_tags(std::move(hidden_tags)),
       m_stack(stack_position()) {}
 
 void bounded_datastream::begin_call(std::size_t n_bytes) {
@@ -47,10 +49,21 @@ int bounded_datastream::read(void* target, std::size_t size, std::size_t count) 
     const bool is_cut_off = size != 0 && there < count; // what there is of the next one comes, too
     const std::size_t n_bytes = is_cut_off ? rest.size() : there * size;
     begin_call(n_bytes);
-    if (n_bytes > 0)
+    if (n_bytes > 0) {
         std::memcpy(target, rest.data(), n_bytes);
+        hide({static_cast<std::byte*>(target), n_bytes});
+    }
     m_position += n_bytes;
     return static_cast<int>(there);
+}
+
+void bounded_datastream::hide(std::span<std::byte> read) const noexcept {
+    const std::size_t before = m_position == 0 ? 0 : m_position - 1; // half a tag may have been read already
+    for (auto tag = std::ranges::lower_bound(m_hidden_tags, before);
+         tag != m_hidden_tags.end() && *tag < m_position + read.size(); ++tag)
+        for (std::size_t at = std::max(*tag, m_position); at < *tag + 2 && at < m_position + read.size();
+             ++at)
+            read[at - m_position] = std::byte{0xff};
 }
 
 int bounded_datastream::seek(INT64 offset, int origin) {
@@ -66,8 +79,8 @@ INT64 bounded_datastream::tell() {
 }
 
 int bounded_datastream::get_char() {
-    begin_call();
-    return eof() != 0 ? EOF : std::to_integer<int>(m_bytes[m_position++]);
+    std::byte next{};
+    return read(&next, 1, 1) == 1 ? std::to_integer<int>(next) : EOF;
 }
 
 char* bounded_datastream::gets(char* line, int size) {

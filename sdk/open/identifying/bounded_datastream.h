@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <libraw/libraw.h>
 #include <span>
+#include <vector>
 
 namespace sdk_open {
 
@@ -13,8 +14,9 @@ namespace sdk_open {
 // the stack is full. It throws what LibRaw takes for damage then.
 class bounded_datastream final : public LibRaw_buffer_datastream {
 public:
-    // The bytes must outlive the stream.
-    explicit bounded_datastream(std::span<const std::byte> bytes);
+    // The bytes must outlive the stream. The tags at the hidden positions, which are in order, are read as
+    // ffff, which is none.
+    bounded_datastream(std::span<const std::byte> bytes, std::vector<std::size_t> hidden_tags);
 
     // From now on LibRaw may read as often, and on whichever stack it likes: it only decodes.
     void lift_limits() noexcept { m_is_limited = false; }
@@ -34,7 +36,11 @@ private:
     void begin_call(std::size_t n_bytes = 0);
     [[nodiscard]] std::span<const std::byte> inq_rest() const noexcept { return m_bytes.subspan(m_position); }
 
+    // Makes what was read into what is to be seen.
+    void hide(std::span<std::byte> read) const noexcept;
+
     std::span<const std::byte> m_bytes;
+    std::vector<std::size_t> m_hidden_tags;
     std::size_t m_position = 0; // never behind the end
     bool m_is_limited = true;
     std::size_t m_work = 0; // that it was put to

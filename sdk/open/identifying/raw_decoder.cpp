@@ -1,11 +1,13 @@
 #include "sdk/open/identifying/raw_decoder.h"
 
 #include "sdk/open/failure.h"
+#include "sdk/open/identifying/canon_directories.h"
 #include "sdk/open/identifying/raw_format.h"
 
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <vector>
 
 namespace sdk_open {
 namespace {
@@ -40,13 +42,19 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
         color.maximum = static_cast<unsigned>(recorded);
 }
 
+// The other format knows Canon's records only.
+std::vector<std::size_t> find_hidden_tags(std::span<const std::byte> bytes) {
+    if (recognise_raw_format(bytes) == raw_format_t::cr2)
+        return find_foreign_entries(bytes);
+    return {};
+}
+
 } // namespace
 
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
-    : m_stream(bytes),
+    : m_stream(bytes, find_hidden_tags(bytes)),
       m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
                                                     LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
-    static_cast<void>(recognise_raw_format(bytes));
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     check(m_libraw->open_datastream(&m_stream));
     m_stream.lift_limits();

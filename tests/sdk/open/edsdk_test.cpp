@@ -80,7 +80,6 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
     constexpr auto crw = "d60_12bit_table2_portrait.crw";
     constexpr std::string_view slices("\2\0\x98\0\x98\0", 6); // of the .cr2: two of 152 columns and one more
     constexpr std::string_view borders("\x30\0\x14\0\xbf\1", 6); // of the .cr2: left, top and right
-    constexpr std::string_view notes("\6\x86\4\0\5\0\0\0", 8);
     constexpr auto table = "\xff\xc4";
     constexpr auto frame = "\xff\xc3";
     constexpr auto scan = "\xff\xda";
@@ -99,7 +98,9 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
         {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
         {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
-        {"notes nested without end", cr2, append(notes, packets(100'000))},
+        {"another maker", cr2, patch({"Canon\0", 6}, 0, "Nikon")},
+        {"directory that follows itself", cr2,
+         patch({"\x40\xc6\3\0\3\0\0\0", 8}, 12, std::string("\x10\0\0\0", 4))},
         {"a byte short", crw, cut_off(1)},
         {"blanked codes", crw, fill(160'000, '\0')},
         {"filled codes", crw, fill(160'000, '\x55')},
@@ -117,6 +118,22 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         EXPECT_TRUE(!reason.empty() && reason.find("cannot") == std::string::npos) << reason;
         EXPECT_EQ(list_folder(folder.inq_path()).size(), 1U);
     }
+}
+
+// LibRaw would call itself for each of them until the stack is full.
+TEST(damaged_input, notes_of_another_maker_are_passed_over) {
+    constexpr std::string_view notes("\6\x86\4\0\5\0\0\0", 8);
+    const scratch_folder folder;
+    const auto raw = folder.inq_path() / "in.cr2";
+    const auto tiff = folder.inq_path() / "out.tif";
+    std::string bytes = read_file(sample("5d2_1comp.cr2"));
+    write_file(raw, bytes);
+    EXPECT_EQ(convert(raw, tiff), "");
+    const std::string wanted = read_file(tiff);
+    append(notes, packets(100'000))(bytes);
+    write_file(raw, bytes);
+    EXPECT_EQ(convert(raw, tiff), "");
+    EXPECT_EQ(read_file(tiff), wanted);
 }
 
 // Other threads may still be developing what was decoded before.

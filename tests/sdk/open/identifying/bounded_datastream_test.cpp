@@ -25,13 +25,13 @@ TEST(bounded_datastream, ends_lines_where_there_is_room) {
         {"abcd", 4, "abc", 3},    {"ab", 9, "ab", 2},     {"ab", 1, "", 0},
     };
     for (const auto& row : rows) {
-        bounded_datastream stream(bytes_of(row.text));
+        bounded_datastream stream(bytes_of(row.text), {});
         std::string line(16, '#');
         EXPECT_EQ(stream.gets(line.data(), row.size), line.data());
         EXPECT_EQ(line, row.line + '\0' + std::string(15 - row.line.size(), '#'));
         EXPECT_EQ(stream.tell(), row.position);
     }
-    bounded_datastream stream(bytes_of("a"));
+    bounded_datastream stream(bytes_of("a"), {});
     char untouched = '#';
     EXPECT_EQ(stream.gets(&untouched, 0), nullptr);
     EXPECT_EQ(stream.get_char(), 'a');
@@ -42,7 +42,7 @@ TEST(bounded_datastream, ends_lines_where_there_is_room) {
 // The text goes on behind the bytes of the stream.
 TEST(bounded_datastream, reads_no_number_behind_its_end) {
     constexpr std::string_view text = "12\t -345 67";
-    bounded_datastream stream(bytes_of(text).first(text.size() - 1));
+    bounded_datastream stream(bytes_of(text).first(text.size() - 1), {});
     int number = 0;
     for (const int want : {12, -345, 6}) {
         EXPECT_EQ(stream.scanf_one("%d", &number), 1);
@@ -54,7 +54,7 @@ TEST(bounded_datastream, reads_no_number_behind_its_end) {
 }
 
 TEST(bounded_datastream, stays_within_its_bytes) {
-    bounded_datastream stream(bytes_of("abcde"));
+    bounded_datastream stream(bytes_of("abcde"), {});
     char target[] = "####";
     EXPECT_EQ(stream.read(target, 2, 2), 2);
     EXPECT_EQ(stream.read(target, 2, 100), 0); // but the rest comes
