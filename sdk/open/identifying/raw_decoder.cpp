@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <string_view>
 #include <vector>
 
 namespace sdk_open {
@@ -42,9 +43,22 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
         color.maximum = static_cast<unsigned>(recorded);
 }
 
+// LibRaw looks for the marks of another maker all over the file's first bytes.
+void refuse_foreign_marks(std::span<const std::byte> bytes) {
+    constexpr std::size_t looked_at = 32;
+    const auto first = bytes.first(std::min(bytes.size(), looked_at));
+    for (const std::string_view mark : {"IIII", "MMMM"}) {
+        const auto units = std::as_bytes(std::span(mark));
+        if (std::search(first.begin(), first.end(), units.begin(), units.end()) != first.end())
+            throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+    }
+}
+
 // The other format knows Canon's records only.
 std::vector<std::size_t> find_hidden_tags(std::span<const std::byte> bytes) {
-    if (recognise_raw_format(bytes) == raw_format_t::cr2)
+    const raw_format_t format = recognise_raw_format(bytes);
+    refuse_foreign_marks(bytes);
+    if (format == raw_format_t::cr2)
         return find_foreign_entries(bytes);
     return {};
 }

@@ -98,6 +98,7 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
         {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
         {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
+        {"another maker's mark", crw, patch("HEAPCCDR", 12, "IIII")},
         {"another maker", cr2, patch({"Canon\0", 6}, 0, "Nikon")},
         {"directory that follows itself", cr2,
          patch({"\x40\xc6\3\0\3\0\0\0", 8}, 12, std::string("\x10\0\0\0", 4))},
