@@ -40,7 +40,7 @@ bounded_datastream::bounded_datastream(std::span<const std::byte> bytes, std::ve
 void bounded_datastream::begin_call(std::size_t n_bytes) {
     m_work += 1 + n_bytes / block_size;
     if (m_is_limited && (m_work > most_work || std::abs(m_stack - stack_position()) > deepest_stack))
-        throw LIBRAW_EXCEPTION_IO_CORRUPT;
+        throw LibRaw_exceptions{LIBRAW_EXCEPTION_IO_CORRUPT};
 }
 
 int bounded_datastream::read(void* target, std::size_t size, std::size_t count) {

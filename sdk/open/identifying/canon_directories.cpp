@@ -68,8 +68,10 @@ public:
         std::size_t next = number_at(first_picture_at, 4);
         for (std::size_t n = 0; next != 0; ++n) {
             const std::size_t first = next;
-            if (n == most_pictures || !walk(first, directory_t::picture))
+            if (n == most_pictures || !claim(first))
                 throw_damaged("the file ends early or its structure is damaged");
+            look_through(first, directory_t::picture);
+            walk_pointed();
             next = number_at(first + 2 + number_at(first, 2) * entry_size, 4);
         }
     }
@@ -86,6 +88,13 @@ private:
         unsigned type;
         std::size_t count;
         std::size_t value;
+    };
+
+    // A directory that an entry points to.
+    struct pointed {
+        std::size_t entry;
+        std::size_t first;
+        directory_t kind;
     };
 
     [[nodiscard]] bool holds(std::size_t first, std::size_t size) const noexcept {
@@ -115,9 +124,18 @@ private:
         return true;
     }
 
-    [[nodiscard]] bool walk(std::size_t directory, directory_t kind) {
-        if (!claim(directory))
-            return false;
+    void walk_pointed() {
+        while (!m_pointed.empty()) {
+            const pointed next = m_pointed.back();
+            m_pointed.pop_back();
+            if (claim(next.first))
+                look_through(next.first, next.kind);
+            else
+                m_foreign.push_back(next.entry);
+        }
+    }
+
+    void look_through(std::size_t directory, directory_t kind) {
         const std::size_t end = directory + 2 + number_at(directory, 2) * entry_size;
         for (std::size_t first = directory + 2; first < end; first += entry_size) {
             const entry found{first, number_at(first, 2), number_at(first + 2, 2), number_at(first + 4, 4),
@@ -125,22 +143,27 @@ private:
             if (!is_known(kind, found.tag) || !is_sound(found, kind))
                 m_foreign.push_back(first);
         }
+    }
+
+    // Takes note of the directory that an entry points to, and looks at the maker's name.
+    [[nodiscard]] bool is_sound(const entry& found, directory_t kind) {
+        const bool points = found.type == TIFF_LONG && found.count == 1;
+        if (kind == directory_t::picture && found.tag == TIFFTAG_MAKE)
+            check_maker(found);
+        else if (kind == directory_t::picture && found.tag == TIFFTAG_EXIFIFD)
+            return note_if(points, found, directory_t::exif);
+        else if (kind == directory_t::picture && found.tag == TIFFTAG_GPSIFD)
+            return note_if(points, found, directory_t::gps);
+        else if (kind == directory_t::exif && found.tag == EXIFTAG_MAKERNOTE)
+            return note_if(found.type == TIFF_UNDEFINED && found.count > 4 && !is_marked(found.value), found,
+                           directory_t::notes);
         return true;
     }
 
-    // Walks the directory that an entry points to, and looks at the maker's name.
-    [[nodiscard]] bool is_sound(const entry& found, directory_t kind) {
-        const bool points = found.type == TIFF_LONG && found.count == 1;
-        if (kind == directory_t::picture && found.tag == TIFFTAG_EXIFIFD)
-            return points && walk(found.value, directory_t::exif);
-        if (kind == directory_t::picture && found.tag == TIFFTAG_GPSIFD)
-            return points && walk(found.value, directory_t::gps);
-        if (kind == directory_t::exif && found.tag == EXIFTAG_MAKERNOTE)
-            return found.type == TIFF_UNDEFINED && found.count > 4 && !is_marked(found.value) &&
-                   walk(found.value, directory_t::notes);
-        if (kind == directory_t::picture && found.tag == TIFFTAG_MAKE)
-            check_maker(found);
-        return true;
+    bool note_if(bool points, const entry& found, directory_t kind) {
+        if (points)
+            m_pointed.push_back({found.first, found.value, kind});
+        return points;
     }
 
     // LibRaw tells some makers' notes by what stands in front of them. (What notes may start with instead of
@@ -160,6 +183,7 @@ private:
 
     std::span<const std::byte> m_bytes;
     std::vector<byte_range> m_directories;
+    std::vector<pointed> m_pointed; // and not walked yet
     std::vector<std::size_t> m_foreign;
 };
 

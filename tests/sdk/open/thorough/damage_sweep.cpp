@@ -40,7 +40,7 @@ char change(char byte, std::size_t way) {
     return ways[way];
 }
 
-enum outcome_t : int { refused, same_picture, other_picture, without_reason, died, n_outcomes };
+enum outcome_t : unsigned { refused, same_picture, other_picture, without_reason, died, n_outcomes };
 
 struct run_result {
     outcome_t outcome;
@@ -58,14 +58,14 @@ run_result run_apart(const process_body& body, unsigned seconds) {
     const pid_t child = fork();
     if (child == 0) {
         alarm(seconds);
-        _exit(first_code + body());
+        _exit(first_code + static_cast<int>(body()));
     }
     int status = 0;
     rusage usage{};
     wait4(child, &status, 0, &usage);
     const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-    const int outcome = WIFEXITED(status) ? WEXITSTATUS(status) - first_code : died;
-    const bool is_well = outcome >= 0 && outcome < died && usage.ru_maxrss <= most_memory;
+    const int outcome = WIFEXITED(status) ? WEXITSTATUS(status) - first_code : -1;
+    const bool is_well = outcome >= 0 && usage.ru_maxrss <= most_memory;
     return {is_well ? static_cast<outcome_t>(outcome) : died, time.count(), usage.ru_maxrss};
 }
 
