@@ -58,6 +58,10 @@ bool is_known(directory_t kind, unsigned tag) noexcept {
         tags_of(kind), [=](const tag_range& range) { return tag >= range.first && tag <= range.last; });
 }
 
+[[noreturn]] void throw_not_canon() {
+    throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+}
+
 class directory_walk final {
 public:
     explicit directory_walk(std::span<const std::byte> bytes) noexcept : m_bytes(bytes) {}
@@ -148,6 +152,10 @@ private:
     // Takes note of the directory that an entry points to, and looks at the maker's name.
     [[nodiscard]] bool is_sound(const entry& found, directory_t kind) {
         const bool points = found.type == TIFF_LONG && found.count == 1;
+        if (found.tag == TIFFTAG_STRIPOFFSETS || found.tag == TIFFTAG_JPEGIFOFFSET) {
+            refuse_directories_within(found.value);
+            return points;
+        }
         if (kind == directory_t::picture && found.tag == TIFFTAG_MAKE)
             check_maker(found);
         else if (kind == directory_t::picture && found.tag == TIFFTAG_EXIFIFD)
@@ -174,11 +182,20 @@ private:
                starts_with(notes - distance, "VHAB");
     }
 
+    // LibRaw goes on with the directories within a JPEG, where there may be any. Canon's pictures have none.
+    void refuse_directories_within(std::size_t jpeg) const {
+        constexpr std::size_t directories_at = 12;
+        constexpr unsigned start_of_image = 0xd8; // behind ff, which LibRaw does not ask for
+        if (number_at(jpeg + 1, 1) == start_of_image &&
+            (starts_with(jpeg + directories_at, "II") || starts_with(jpeg + directories_at, "MM")))
+            throw_not_canon();
+    }
+
     void check_maker(const entry& found) const {
         constexpr std::size_t value_size = entry_size - value_at;
         const std::size_t text = found.count > value_size ? found.value : found.first + value_at;
         if (found.type != TIFF_ASCII || !starts_with(text, "Canon"))
-            throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+            throw_not_canon();
     }
 
     std::span<const std::byte> m_bytes;

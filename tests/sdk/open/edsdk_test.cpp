@@ -100,6 +100,7 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
         {"another maker's mark", crw, patch("HEAPCCDR", 12, "IIII")},
         {"another maker", cr2, patch({"Canon\0", 6}, 0, "Nikon")},
+        {"directories within the picture", cr2, patch("\xff\xd8", 12, "II")},
         {"directory that follows itself", cr2,
          patch({"\x40\xc6\3\0\3\0\0\0", 8}, 12, std::string("\x10\0\0\0", 4))},
         {"a byte short", crw, cut_off(1)},
