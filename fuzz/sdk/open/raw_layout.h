@@ -18,8 +18,8 @@ struct stretch final {
     std::size_t size;  // at least 1
 };
 
-// The stretches of a raw file, as far as they lie in it; none in bytes that are no such file. However damaged it
-// is, there are no more than a few thousand.
+// The stretches of a raw file, as far as they lie in it; none in bytes that are no such file. However damaged
+// it is, there are no more than a few thousand.
 [[nodiscard]] std::vector<stretch> find_stretches(std::span<const std::byte> file);
 
 // The same for files that are taken for one of the formats.

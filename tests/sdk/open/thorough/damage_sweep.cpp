@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -26,7 +25,8 @@
 // the pixel data are damaged.
 namespace {
 
-constexpr unsigned most_seconds = 5;
+constexpr rlim_t most_seconds = 5;     // of all processors together, so that other programs do not count
+constexpr unsigned most_waiting = 120; // seconds, whatever it waits for
 constexpr long most_memory = 1L << 20; // KiB
 constexpr std::size_t cut = 3;         // behind the ways in which a byte changes
 
@@ -50,23 +50,28 @@ struct run_result {
 
 using process_body = std::function<outcome_t()>;
 
+double seconds_of(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
+}
+
 constexpr int first_code = 64; // of outcomes: sanitizers end a process with codes below
 
 // Runs a body in a process of its own, which died unless it says how the body ended.
-run_result run_apart(const process_body& body, unsigned seconds) {
-    const auto start = std::chrono::steady_clock::now();
+run_result run_apart(const process_body& body, rlim_t seconds) {
     const pid_t child = fork();
     if (child == 0) {
-        alarm(seconds);
+        const rlimit processor_time{seconds, seconds};
+        setrlimit(RLIMIT_CPU, &processor_time);
+        alarm(most_waiting);
         _exit(first_code + static_cast<int>(body()));
     }
     int status = 0;
     rusage usage{};
     wait4(child, &status, 0, &usage);
-    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
     const int outcome = WIFEXITED(status) ? WEXITSTATUS(status) - first_code : -1;
     const bool is_well = outcome >= 0 && usage.ru_maxrss <= most_memory;
-    return {is_well ? static_cast<outcome_t>(outcome) : died, time.count(), usage.ru_maxrss};
+    return {is_well ? static_cast<outcome_t>(outcome) : died,
+            seconds_of(usage.ru_utime) + seconds_of(usage.ru_stime), usage.ru_maxrss};
 }
 
 class file_sweep final {
@@ -148,7 +153,7 @@ private:
         write_file(m_raw, bytes);
         if (m_converter == nullptr)
             return run_apart([this] { return convert_here(); }, most_seconds);
-        return run_apart([this] { return convert_elsewhere(); }, 0);
+        return run_apart([this] { return convert_elsewhere(); }, RLIM_INFINITY);
     }
 
     [[nodiscard]] outcome_t convert_here() const {
