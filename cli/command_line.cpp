@@ -2,14 +2,20 @@
 
 #include "cli/exit_code.h"
 #include "cli/planning/raw_name.h"
+#include "cli/reporting/one_line.h"
 #include "version.h" // made by CMake
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <iostream>
+#include <iterator>
 #include <map>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -40,9 +46,26 @@ std::string is_compressible(const std::string& choice) {
     return is_there ? "" : "the libtiff of this system does not have " + choice;
 }
 
+// No raw file is to be written to by a slip.
+std::string is_no_raw_name(const std::string& name) {
+    return has_raw_name(name) ? "a raw file is never written to: " + name : "";
+}
+
 // No raw file or TIFF is to be replaced by a slip.
 std::string is_page_name(const std::string& name) {
     return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
+}
+
+std::string is_duration(const std::string& text) {
+    double seconds = 0;
+    const bool is_one = CLI::detail::lexical_cast(text, seconds) && seconds > 0 && std::isfinite(seconds);
+    return is_one ? "" : "not a number of seconds above 0: " + text;
+}
+
+// The parser makes a very large number of a negative one.
+std::string is_size(const std::string& bytes) {
+    std::int64_t size = 0;
+    return CLI::detail::lexical_cast(bytes, size) && size > 0 ? "" : "not a size above 0";
 }
 
 void describe_inputs(CLI::App& program, options_t& options) {
@@ -63,7 +86,7 @@ void describe_inputs(CLI::App& program, options_t& options) {
 void describe_outputs(CLI::App& program, options_t& options) {
     auto* const output =
         program.add_option("-o,--output", options.output, "the TIFF to write, for a single raw file");
-    output->check(is_named);
+    output->check(is_named)->check(is_no_raw_name);
     program
         .add_option("-d,--directory", options.folder,
                     "write into this folder instead of beside the raw files; with -r the tree is kept")
@@ -94,12 +117,13 @@ void describe_workers(CLI::App& program, options_t& options) {
     program.add_option("-j,--jobs", limits.workers, "worker processes; one for each core unless given")
         ->check(CLI::Range(1U, most_workers));
     program.add_option("--timeout", limits.seconds, "give a file up after so many seconds")
-        ->check(CLI::PositiveNumber)
+        ->check(is_duration)
         ->type_name("SECONDS");
     program
         .add_option("--memory-limit", limits.memory_bytes,
                     "let a file fail that takes more address space, for example 2GB")
         ->transform(CLI::AsSizeValue(false))
+        ->check(is_size)
         ->type_name("SIZE");
 }
 
@@ -115,7 +139,9 @@ void describe_reports(CLI::App& program, options_t& options) {
         "tell what is known of each file, on standard output, and convert nothing");
     program.add_flag("--json", options.has_json,
                      "write a JSON object for each file on standard output, and one for the sum");
-    program.add_option("--log", options.log, "append the same lines to a file")->check(is_named);
+    program.add_option("--log", options.log, "append the same lines to a file")
+        ->check(is_named)
+        ->check(is_no_raw_name);
     program.add_option("--report", options.report, "write a page about all files, with small pictures")
         ->check(is_page_name)
         ->type_name("FILE.html");
@@ -124,7 +150,18 @@ void describe_reports(CLI::App& program, options_t& options) {
             "--resume", options.resume,
             "do what an earlier run with this log has left, and go on with the log; failures that may pass "
             "are tried again")
-        ->check(is_named);
+        ->check(is_named)
+        ->check(is_no_raw_name);
+}
+
+// The arguments in the order in which the parser takes them, the last one first. It would take "[a,b]" apart
+// as two values, where it may be the name of a folder.
+std::vector<std::string> reversed_arguments(int argc, char** argv) {
+    std::vector<std::string> arguments(std::reverse_iterator(argv + argc), std::reverse_iterator(argv + 1));
+    for (std::string& argument : arguments)
+        if (argument.starts_with('[') && argument.ends_with(']'))
+            argument.insert(0, "./");
+    return arguments;
 }
 
 // Two names are a raw file and its TIFF, unless the second is a raw file's: that is never an output.
@@ -164,7 +201,7 @@ std::optional<int> read_command_line(int argc, char** argv, options_t& options) 
     program.set_version_flag("--version", "raw-to-tiff " + std::string(program_version));
     program.footer(footer);
     try {
-        program.parse(argc, argv);
+        program.parse(reversed_arguments(argc, argv));
         take_named_output(options);
         check_combination(options);
         return {};
@@ -173,7 +210,7 @@ std::optional<int> read_command_line(int argc, char** argv, options_t& options) 
             program.exit(error);
             return std::cout.flush() ? exit_converted : exit_failed;
         }
-        std::cerr << "raw-to-tiff: " << error.what() << " (see raw-to-tiff --help)\n";
+        std::cerr << "raw-to-tiff: " + one_line(error.what()) + " (see raw-to-tiff --help)\n";
         return exit_wrong_usage;
     }
 }
