@@ -90,7 +90,7 @@ ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports)
 int exit_code_of_one(ending_t ending, const tally& sum) {
     if (ending == ending_t::interrupted)
         return exit_interrupted;
-    return sum.inq_left() == 0 ? code_of(sum.inq_last_outcome()) : exit_failed;
+    return ending == ending_t::stopped ? exit_failed : code_of(sum.inq_last_outcome());
 }
 
 int exit_code_of_many(ending_t ending, const tally& sum) {
