@@ -104,11 +104,11 @@ int exit_code_of_many(ending_t ending, const tally& sum) {
 } // namespace
 
 int run_program(const options_t& options) {
-    if (const auto code = make_output_folder(options.folder))
-        return *code;
     const auto plan = make_sound_plan(options);
     if (!plan)
         return exit_wrong_usage;
+    if (const auto code = make_output_folder(options.folder))
+        return *code;
     reports reports(plan->jobs.size() + plan->settled.size());
     try {
         add_sinks(reports, options);

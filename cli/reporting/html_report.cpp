@@ -11,7 +11,6 @@
 #include <span>
 #include <stdexcept>
 #include <system_error>
-#include <utility>
 
 namespace {
 
@@ -52,8 +51,6 @@ void html_report::take(const result_t& result, const tally&) {
 }
 
 void html_report::finish(ending_t ending, const tally& sum) {
-    if (std::exchange(m_is_over, true))
-        return;
     try {
         write(before_sum);
         write(html_text(describe_sum(ending, sum)));
