@@ -80,4 +80,13 @@ TEST_F(report_test, appears_when_the_run_ends) {
     EXPECT_EQ(list_outputs(), "out/a.tif ");
 }
 
+TEST_F(report_test, is_too_large) {
+    write_file("in/bad.cr2", "");
+    EXPECT_EQ(run({"-r", "in", "--json", "--report", "all.html"}, "ulimit -f 8;"), 3);
+    EXPECT_NE(m_errors.find("cannot write all.html: File too large"), std::string::npos) << m_errors;
+    EXPECT_EQ(m_output.find(R"("sum")"), m_output.rfind(R"("sum")")) << m_output;
+    EXPECT_NE(m_output.find(R"("ending":"stopped"})"), std::string::npos) << m_output;
+    EXPECT_EQ(list_outputs(), "");
+}
+
 } // namespace
