@@ -3,6 +3,7 @@
 #include "cli/reporting/html_row.h"
 #include "cli/reporting/html_text.h"
 #include "cli/reporting/progress.h"
+#include "platform/unnamed_file.h"
 #include "report_page.h" // made by CMake
 #include "sdk/open/failure.h"
 
@@ -39,7 +40,7 @@ sdk_open::output_file open_page(const std::string& path,
 } // namespace
 
 html_report::html_report(const std::string& path)
-    : m_page(open_page(path, m_no_raw_files)), m_rows(std::tmpfile()) {
+    : m_page(open_page(path, m_no_raw_files)), m_rows(platform::open_unnamed_file()) {
     if (!m_rows)
         throw_rows_lost();
 }

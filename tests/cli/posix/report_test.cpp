@@ -77,6 +77,7 @@ TEST_F(report_test, appears_when_the_run_ends) {
     EXPECT_EQ(page.find("hang.cr2"), std::string::npos);
     EXPECT_EQ(run({"in/a.cr2", "--report", "none/all.html"}), 2);
     EXPECT_EQ(run({"in/a.cr2", "--report", "in/a.cr2"}), 2);
+    EXPECT_EQ(run({"in/a.cr2", "--report", "all.html"}, "TMPDIR=none"), 2); // where the rows are kept
     EXPECT_EQ(list_outputs(), "out/a.tif ");
 }
 
