@@ -9,6 +9,7 @@
 #include "cli/reporting/one_line.h"
 #include "cli/reporting/single_report.h"
 #include "cli/reporting/text_report.h"
+#include "cli/terminal.h"
 
 #include <filesystem>
 #include <iostream>
@@ -53,6 +54,12 @@ std::optional<plan_t> make_sound_plan(const options_t& options) {
     }
 }
 
+// The lines of JSON would break a bar on the same terminal.
+progress_form_t progress_form(const options_t& options) {
+    return options.has_json && terminal::has_standard_output() ? progress_form_t::lines
+                                                               : progress_form_t::bar;
+}
+
 void add_sinks(reports& reports, const options_t& options) {
     if (options.task == task_t::describe) {
         reports.add(std::make_unique<info_report>(options.has_json ? info_form_t::json : info_form_t::text));
@@ -61,7 +68,7 @@ void add_sinks(reports& reports, const options_t& options) {
     if (options.is_single())
         reports.add(std::make_unique<single_report>(options.verbosity));
     else
-        reports.add(std::make_unique<text_report>(options.verbosity));
+        reports.add(std::make_unique<text_report>(options.verbosity, progress_form(options)));
     if (options.has_json)
         reports.add(json_report::on_standard_output());
     const std::string& log = options.log.empty() ? options.resume : options.log;
