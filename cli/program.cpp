@@ -79,12 +79,12 @@ void add_sinks(reports& reports, const options_t& options) {
 }
 
 // What cannot be told on, or done at all, ends the run; those who can still be told learn of it.
-ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports) {
+ending_t carry_out(const plan_t& plan, const options_t& options, reports& reports) {
     ending_t ending = ending_t::stopped;
     try {
         for (const result_t& result : plan.settled)
             reports.take(result);
-        ending = convert_all(plan.jobs, limits, reports);
+        ending = convert_all(plan.jobs, options, reports);
         reports.finish(ending);
         return ending;
     } catch (const std::runtime_error& problem) {
@@ -123,7 +123,7 @@ int run_program(const options_t& options) {
         complain(problem.what());
         return exit_wrong_usage;
     }
-    const ending_t ending = carry_out(*plan, options.limits, reports);
+    const ending_t ending = carry_out(*plan, options, reports);
     const tally& sum = reports.inq_tally();
     return options.is_single() ? exit_code_of_one(ending, sum) : exit_code_of_many(ending, sum);
 }

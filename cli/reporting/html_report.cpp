@@ -3,6 +3,7 @@
 #include "cli/reporting/html_row.h"
 #include "cli/reporting/html_text.h"
 #include "cli/reporting/progress.h"
+#include "platform/stop_delay.h"
 #include "platform/unnamed_file.h"
 #include "report_page.h" // made by CMake
 #include "sdk/open/failure.h"
@@ -52,6 +53,7 @@ void html_report::take(const result_t& result, const tally&) {
 }
 
 void html_report::finish(ending_t ending, const tally& sum) {
+    const platform::stop_delay delay;
     try {
         write(before_sum);
         write(html_text(describe_sum(ending, sum)));
