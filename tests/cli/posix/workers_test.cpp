@@ -106,7 +106,8 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
         // The first time before all can be done, then a little later from time to time.
         const auto milliseconds = 15 + std::uniform_int_distribution(1, 20)(random) * attempts;
         const std::string kill = "timeout -s KILL " + std::to_string(milliseconds / 1e3);
-        code = run({"-rd", "out", "in", "--resume", "log"}, kill + " setpriv --pdeathsig KILL");
+        code = run({"-rd", "out", "in", "--resume", "log", "--report", "all.html"},
+                   kill + " setpriv --pdeathsig KILL");
     }
     EXPECT_EQ(code, 1) << m_errors;
     EXPECT_GT(attempts, 1);
@@ -114,6 +115,7 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
         EXPECT_TRUE(read_file("never killed/" + name) == read_file("out/" + name)) << name;
     EXPECT_EQ(list_folder("out"), list_folder("never killed"));
     EXPECT_EQ(list_folder(m_temporary), words_t());
+    EXPECT_EQ(list_folder("."), words_t({"all.html", "in", "log", "never killed", "out", "tmp"}));
     EXPECT_EQ(run({"-rd", "out", "in", "--resume", "log"}), 1);
     EXPECT_NE(m_errors.find("0 converted, 30 skipped, 1 failed"), std::string::npos) << m_errors;
 }
