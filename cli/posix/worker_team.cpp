@@ -106,7 +106,8 @@ bool worker_team::wait_for_news() {
         throw std::system_error(errno, std::generic_category(), "cannot wait for the workers");
     if (news.front().revents != 0)
         return false;
-    forgive_standstill();
+    if (takes_messages)
+        forgive_standstill();
     for (std::size_t i = 0; i < m_seats.size(); ++i)
         if (news[i + 1].revents != 0 && can_tell())
             take_message(m_seats[i]);
@@ -150,7 +151,8 @@ bool worker_team::is_overdue(const seat_t& seat) const {
     return seat.worker && !seat.is_ready && seconds_since(seat.start) > most_seconds_to_start;
 }
 
-// While the program stood still, as between Ctrl-Z and fg, so did its workers: that is no time of theirs.
+// While the program stood still, as between Ctrl-Z and fg, so did its workers, and while nobody read what it
+// tells, their results had to wait: that is no time of theirs.
 void worker_team::forgive_standstill() {
     const auto now = std::chrono::steady_clock::now();
     if (const auto round = now - std::exchange(m_last_round, now); round > longest_usual_round)
