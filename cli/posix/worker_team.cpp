@@ -106,8 +106,7 @@ bool worker_team::wait_for_news() {
         throw std::system_error(errno, std::generic_category(), "cannot wait for the workers");
     if (news.front().revents != 0)
         return false;
-    if (takes_messages)
-        forgive_standstill();
+    forgive_standstill();
     for (std::size_t i = 0; i < m_seats.size(); ++i)
         if (news[i + 1].revents != 0 && can_tell())
             take_message(m_seats[i]);
@@ -151,8 +150,7 @@ bool worker_team::is_overdue(const seat_t& seat) const {
     return seat.worker && !seat.is_ready && seconds_since(seat.start) > most_seconds_to_start;
 }
 
-// While the program stood still, as between Ctrl-Z and fg, so did its workers, and while nobody read what it
-// tells, their results had to wait: that is no time of theirs.
+// While the program stood still, as between Ctrl-Z and fg, so did its workers: that is no time of theirs.
 void worker_team::forgive_standstill() {
     const auto now = std::chrono::steady_clock::now();
     if (const auto round = now - std::exchange(m_last_round, now); round > longest_usual_round)
@@ -160,9 +158,10 @@ void worker_team::forgive_standstill() {
             seat.start += round;
 }
 
+// A result that has not been taken yet, because nobody reads what the program tells, came in time.
 void worker_team::give_up_overdue() {
     for (seat_t& seat : m_seats) {
-        if (!is_overdue(seat))
+        if (!is_overdue(seat) || seat.worker->has_message())
             continue;
         if (seat.job == nullptr) {
             replace_ended(seat);
