@@ -1,15 +1,20 @@
 #include "cli/command_line.h"
 
+#include "cli/argument_checks.h"
 #include "cli/exit_code.h"
 #include "cli/planning/raw_name.h"
+#include "cli/reporting/one_line.h"
 #include "version.h" // made by CMake
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <iostream>
+#include <iterator>
 #include <map>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -31,31 +36,22 @@ constexpr auto footer =
 11 the conversion failed. Of many: 0 everything converted, 1 some inputs are bad, 3 the system failed (disk
 full, rights). Of both: 2 wrong usage, 130 interrupted.)";
 
-std::string is_named(const std::string& name) {
-    return name.empty() ? "the name is empty" : "";
-}
-
 std::string is_compressible(const std::string& choice) {
     const bool is_there = sdk_open::can_compress(compression_choices.at(choice));
     return is_there ? "" : "the libtiff of this system does not have " + choice;
-}
-
-// No raw file or TIFF is to be replaced by a slip.
-std::string is_page_name(const std::string& name) {
-    return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
 }
 
 void describe_inputs(CLI::App& program, options_t& options) {
     program
         .add_option("RAW", options.names,
                     "raw files (.cr2, .crw), and folders with -r; RAW TIFF names one raw file and its output")
-        ->check(is_named);
+        ->check(argument_checks::not_empty);
     program.add_flag(
         "-r,--recursive", options.is_recursive,
         "convert the raw files in folders and in the folders below; links to folders are not followed");
     auto* const list = program.add_option("--files-from", options.list,
                                           "read more names from a file, - for standard input, one a line");
-    list->check(is_named);
+    list->check(argument_checks::not_empty);
     program.add_flag("-0,--null", options.is_list_zero_separated, "the names of the list end in zero bytes")
         ->needs(list);
 }
@@ -63,12 +59,17 @@ void describe_inputs(CLI::App& program, options_t& options) {
 void describe_outputs(CLI::App& program, options_t& options) {
     auto* const output =
         program.add_option("-o,--output", options.output, "the TIFF to write, for a single raw file");
-    output->check(is_named);
+    output->check(argument_checks::not_empty)->check(argument_checks::no_raw_name);
     program
         .add_option("-d,--directory", options.folder,
                     "write into this folder instead of beside the raw files; with -r the tree is kept")
-        ->check(is_named)
+        ->check(argument_checks::not_empty)
         ->excludes(output);
+    program.add_flag("--preserve-times", options.keeps_modification_times,
+                     "give each TIFF the modification time of its raw file");
+}
+
+void describe_choices(CLI::App& program, options_t& options) {
     program
         .add_option_function<std::string>(
             "--existing", [&](const std::string& choice) { options.existing = existing_choices.at(choice); },
@@ -84,8 +85,6 @@ void describe_outputs(CLI::App& program, options_t& options) {
         ->check(CLI::IsMember(compression_choices))
         ->check(is_compressible)
         ->type_name("");
-    program.add_flag("--preserve-times", options.keeps_modification_times,
-                     "give each TIFF the modification time of its raw file");
 }
 
 void describe_workers(CLI::App& program, options_t& options) {
@@ -94,16 +93,17 @@ void describe_workers(CLI::App& program, options_t& options) {
     program.add_option("-j,--jobs", limits.workers, "worker processes; one for each core unless given")
         ->check(CLI::Range(1U, most_workers));
     program.add_option("--timeout", limits.seconds, "give a file up after so many seconds")
-        ->check(CLI::PositiveNumber)
+        ->check(argument_checks::duration)
         ->type_name("SECONDS");
     program
         .add_option("--memory-limit", limits.memory_bytes,
                     "let a file fail that takes more address space, for example 2GB")
         ->transform(CLI::AsSizeValue(false))
+        ->check(argument_checks::size)
         ->type_name("SIZE");
 }
 
-void describe_reports(CLI::App& program, options_t& options) {
+void describe_screen(CLI::App& program, options_t& options) {
     auto* const quiet = program.add_flag_callback(
         "-q,--quiet", [&] { options.verbosity = verbosity_t::quiet; }, "report failures only");
     program
@@ -113,18 +113,34 @@ void describe_reports(CLI::App& program, options_t& options) {
     program.add_flag_callback(
         "--info", [&] { options.task = task_t::describe; },
         "tell what is known of each file, on standard output, and convert nothing");
+}
+
+void describe_records(CLI::App& program, options_t& options) {
     program.add_flag("--json", options.has_json,
                      "write a JSON object for each file on standard output, and one for the sum");
-    program.add_option("--log", options.log, "append the same lines to a file")->check(is_named);
+    program.add_option("--log", options.log, "append the same lines to a file")
+        ->check(argument_checks::not_empty)
+        ->check(argument_checks::no_raw_name);
     program.add_option("--report", options.report, "write a page about all files, with small pictures")
-        ->check(is_page_name)
+        ->check(argument_checks::page_name)
         ->type_name("FILE.html");
     program
         .add_option(
             "--resume", options.resume,
             "do what an earlier run with this log has left, and go on with the log; failures that may pass "
             "are tried again")
-        ->check(is_named);
+        ->check(argument_checks::not_empty)
+        ->check(argument_checks::no_raw_name);
+}
+
+// The arguments in the order in which the parser takes them, the last one first. It would take "[a,b]" apart
+// as two values, where it may be the name of a folder.
+std::vector<std::string> reversed_arguments(int argc, char** argv) {
+    std::vector<std::string> arguments(std::reverse_iterator(argv + argc), std::reverse_iterator(argv + 1));
+    for (std::string& argument : arguments)
+        if (argument.starts_with('[') && argument.ends_with(']'))
+            argument.insert(0, "./");
+    return arguments;
 }
 
 // Two names are a raw file and its TIFF, unless the second is a raw file's: that is never an output.
@@ -159,12 +175,14 @@ std::optional<int> read_command_line(int argc, char** argv, options_t& options) 
     CLI::App program("Converts Canon raw files to TIFFs with 16 bits for each channel.", "raw-to-tiff");
     describe_inputs(program, options);
     describe_outputs(program, options);
+    describe_choices(program, options);
     describe_workers(program, options);
-    describe_reports(program, options);
+    describe_screen(program, options);
+    describe_records(program, options);
     program.set_version_flag("--version", "raw-to-tiff " + std::string(program_version));
     program.footer(footer);
     try {
-        program.parse(argc, argv);
+        program.parse(reversed_arguments(argc, argv));
         take_named_output(options);
         check_combination(options);
         return {};
@@ -173,7 +191,7 @@ std::optional<int> read_command_line(int argc, char** argv, options_t& options) 
             program.exit(error);
             return std::cout.flush() ? exit_converted : exit_failed;
         }
-        std::cerr << "raw-to-tiff: " << error.what() << " (see raw-to-tiff --help)\n";
+        std::cerr << "raw-to-tiff: " + one_line(error.what()) + " (see raw-to-tiff --help)\n";
         return exit_wrong_usage;
     }
 }

@@ -1,5 +1,6 @@
 #include "cli/command_line.h"
 #include "cli/exit_code.h"
+#include "cli/options.h"
 #include "cli/program.h"
 #include "platform/process.h"
 
@@ -7,15 +8,15 @@
 #include <new>
 
 int main(int argc, char** argv) {
+    options_t options;
     try {
         platform::let_writes_fail();
         platform::open_standard_streams();
-        options_t options;
         if (const auto code = read_command_line(argc, argv, options))
             return *code;
         return run_program(options);
     } catch (const std::bad_alloc&) {
         std::cerr << "raw-to-tiff: not enough memory\n";
-        return exit_failed;
+        return options.is_single() ? exit_failed : exit_system_failed;
     }
 }

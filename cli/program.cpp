@@ -9,6 +9,7 @@
 #include "cli/reporting/one_line.h"
 #include "cli/reporting/single_report.h"
 #include "cli/reporting/text_report.h"
+#include "cli/terminal.h"
 
 #include <filesystem>
 #include <iostream>
@@ -53,6 +54,12 @@ std::optional<plan_t> make_sound_plan(const options_t& options) {
     }
 }
 
+// The lines of JSON would break a bar on the same terminal.
+progress_form_t progress_form(const options_t& options) {
+    return options.has_json && terminal::has_standard_output() ? progress_form_t::lines
+                                                               : progress_form_t::bar;
+}
+
 void add_sinks(reports& reports, const options_t& options) {
     if (options.task == task_t::describe) {
         reports.add(std::make_unique<info_report>(options.has_json ? info_form_t::json : info_form_t::text));
@@ -61,7 +68,7 @@ void add_sinks(reports& reports, const options_t& options) {
     if (options.is_single())
         reports.add(std::make_unique<single_report>(options.verbosity));
     else
-        reports.add(std::make_unique<text_report>(options.verbosity));
+        reports.add(std::make_unique<text_report>(options.verbosity, progress_form(options)));
     if (options.has_json)
         reports.add(json_report::on_standard_output());
     const std::string& log = options.log.empty() ? options.resume : options.log;
@@ -72,12 +79,12 @@ void add_sinks(reports& reports, const options_t& options) {
 }
 
 // What cannot be told on, or done at all, ends the run; those who can still be told learn of it.
-ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports) {
+ending_t carry_out(const plan_t& plan, const options_t& options, reports& reports) {
     ending_t ending = ending_t::stopped;
     try {
         for (const result_t& result : plan.settled)
             reports.take(result);
-        ending = convert_all(plan.jobs, limits, reports);
+        ending = convert_all(plan.jobs, options, reports);
         reports.finish(ending);
         return ending;
     } catch (const std::runtime_error& problem) {
@@ -90,7 +97,7 @@ ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports)
 int exit_code_of_one(ending_t ending, const tally& sum) {
     if (ending == ending_t::interrupted)
         return exit_interrupted;
-    return sum.inq_left() == 0 ? code_of(sum.inq_last_outcome()) : exit_failed;
+    return ending == ending_t::stopped ? exit_failed : code_of(sum.inq_last_outcome());
 }
 
 int exit_code_of_many(ending_t ending, const tally& sum) {
@@ -104,11 +111,11 @@ int exit_code_of_many(ending_t ending, const tally& sum) {
 } // namespace
 
 int run_program(const options_t& options) {
-    if (const auto code = make_output_folder(options.folder))
-        return *code;
     const auto plan = make_sound_plan(options);
     if (!plan)
         return exit_wrong_usage;
+    if (const auto code = make_output_folder(options.folder))
+        return *code;
     reports reports(plan->jobs.size() + plan->settled.size());
     try {
         add_sinks(reports, options);
@@ -116,7 +123,7 @@ int run_program(const options_t& options) {
         complain(problem.what());
         return exit_wrong_usage;
     }
-    const ending_t ending = carry_out(*plan, options.limits, reports);
+    const ending_t ending = carry_out(*plan, options, reports);
     const tally& sum = reports.inq_tally();
     return options.is_single() ? exit_code_of_one(ending, sum) : exit_code_of_many(ending, sum);
 }

@@ -1,6 +1,7 @@
 #include "cli/planning/input_names.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <system_error>
@@ -26,6 +27,8 @@ std::vector<input_name_t> read_input_names(const options_t& options) {
     const char end = options.is_list_zero_separated ? '\0' : '\n';
     if (options.list == "-") {
         read_list(std::cin, end, names);
+        if (std::ferror(stdin) != 0) // which the stream takes for the end
+            throw_unreadable("on standard input");
     } else if (!options.list.empty()) {
         std::ifstream list(options.list, std::ios::binary);
         if (!list)

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr auto unusable = "the name is not UTF-8, holds a backslash, or names no file";
+constexpr auto unusable = "the name is not UTF-8, holds a backslash, is too long, or names no file";
 
 // Takes all names in, and sorts out what is there to convert.
 class planner final {

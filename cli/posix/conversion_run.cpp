@@ -8,22 +8,28 @@
 
 namespace {
 
-// What a run that was killed has left beside the TIFFs. Its processes may still be ending when the next one
-// begins, which therefore looks twice.
-void tidy_up(const std::vector<job_t>& jobs) {
+std::string folder_of(const std::string& file) {
+    return std::filesystem::path(file).parent_path().string();
+}
+
+// What a run that was killed has left beside the TIFFs and the report. Its processes may still be ending when
+// the next one begins, which therefore looks twice.
+void tidy_up(const std::vector<job_t>& jobs, const options_t& options) {
     std::set<std::string> folders;
     for (const job_t& job : jobs)
         if (!job.output.empty())
-            folders.insert(std::filesystem::path(job.output).parent_path().string());
+            folders.insert(folder_of(job.output));
+    if (!options.report.empty())
+        folders.insert(folder_of(options.report));
     for (const std::string& folder : folders)
         remove_begun_files(folder);
 }
 
 } // namespace
 
-ending_t convert_all(const std::vector<job_t>& jobs, const limits_t& limits, reports& reports) {
-    tidy_up(jobs);
-    const ending_t ending = worker_team(jobs, limits, reports).run();
-    tidy_up(jobs);
+ending_t convert_all(const std::vector<job_t>& jobs, const options_t& options, reports& reports) {
+    tidy_up(jobs, options);
+    const ending_t ending = worker_team(jobs, options.limits, reports).run();
+    tidy_up(jobs, options);
     return ending;
 }

@@ -2,6 +2,7 @@
 
 #include "classlib/strings/ZMBString.h"
 
+#include <climits>
 #include <string_view>
 
 namespace {
@@ -21,7 +22,8 @@ std::optional<ZFileLocation> locate(const std::string& argument) {
     const ZMBString way_back(text);
     const bool is_kept = path == static_cast<const char*>(way_back);
     const ZFileLocation location(text, false);
-    if (!is_kept || argument.find('\\') != std::string::npos || location.inq_empty())
+    if (!is_kept || path.size() >= PATH_MAX || path.find('\\') != std::string_view::npos ||
+        location.inq_empty())
         return {};
     return location;
 }

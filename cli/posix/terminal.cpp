@@ -17,4 +17,8 @@ unsigned inq_width() noexcept {
     return is_known ? size.ws_col : usual_width;
 }
 
+bool has_standard_output() noexcept {
+    return ::isatty(STDOUT_FILENO) != 0;
+}
+
 } // namespace terminal

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -60,6 +61,11 @@ bool worker_process::send(const job_t& job) const {
 
 std::optional<std::string> worker_process::receive() const {
     return receive_message(m_socket.inq());
+}
+
+bool worker_process::has_message() const noexcept {
+    pollfd news{m_socket.inq(), POLLIN, 0};
+    return ::poll(&news, 1, 0) > 0;
 }
 
 worker_end_t worker_process::end() {

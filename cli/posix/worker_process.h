@@ -29,6 +29,9 @@ public:
     // Waits for its next message; nothing where the process has ended.
     [[nodiscard]] std::optional<std::string> receive() const;
 
+    // Whether the next one is there, or the process has ended.
+    [[nodiscard]] bool has_message() const noexcept;
+
     // Becomes readable when there is a message, or the process has ended.
     [[nodiscard]] int inq_descriptor() const noexcept { return m_socket.inq(); }
 

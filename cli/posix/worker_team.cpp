@@ -1,13 +1,15 @@
 #include "cli/posix/worker_team.h"
 
 #include "cli/posix/begun_files.h"
+#include "sdk/open/developing/band_team.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <poll.h>
 #include <system_error>
-#include <thread>
+#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -15,6 +17,7 @@ namespace {
 constexpr int most_failed_starts = 3;
 constexpr double most_seconds_to_start = 60;
 constexpr int milliseconds_between_ticks = 100;
+constexpr auto longest_usual_round = std::chrono::seconds(1);
 
 double seconds_since(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -22,6 +25,13 @@ double seconds_since(std::chrono::steady_clock::time_point start) {
 
 std::string folder_of(const job_t& job) {
     return std::filesystem::path(job.output).parent_path().string();
+}
+
+// Whether whoever reads standard output and error takes some lines more. A program that waited for it in a
+// write would not hear that it is to stop.
+bool can_tell() noexcept {
+    std::array<pollfd, 2> streams = {{{STDOUT_FILENO, POLLOUT, 0}, {STDERR_FILENO, POLLOUT, 0}}};
+    return ::poll(streams.data(), streams.size(), 0) == static_cast<int>(streams.size());
 }
 
 // No more workers than files, and all cores for those that there are.
@@ -36,7 +46,7 @@ worker_team::worker_team(const std::vector<job_t>& jobs, const limits_t& limits,
       m_limits(limits),
       m_reports(reports),
       m_seats(count_workers(jobs.size(), limits)),
-      m_threads(std::max(std::thread::hardware_concurrency() / count_workers(jobs.size(), limits), 1U)) {}
+      m_threads(std::max(sdk_open::inq_worker_count() / count_workers(jobs.size(), limits), 1U)) {}
 
 worker_team::~worker_team() {
     for (seat_t& seat : m_seats) {
@@ -52,6 +62,8 @@ ending_t worker_team::run() {
         fill_seats();
         if (!wait_for_news())
             return ending_t::interrupted;
+        if (!can_tell())
+            continue;
         give_up_overdue();
         m_reports.tick();
     }
@@ -87,14 +99,16 @@ void worker_team::hand_out_job(seat_t& seat) {
 // False when the user wants to stop.
 bool worker_team::wait_for_news() {
     std::vector<pollfd> news = {{m_signals.inq_descriptor(), POLLIN, 0}};
+    const bool takes_messages = can_tell();
     for (const seat_t& seat : m_seats)
-        news.push_back({seat.worker ? seat.worker->inq_descriptor() : -1, POLLIN, 0});
+        news.push_back({seat.worker && takes_messages ? seat.worker->inq_descriptor() : -1, POLLIN, 0});
     if (::poll(news.data(), news.size(), milliseconds_between_ticks) < 0 && errno != EINTR)
         throw std::system_error(errno, std::generic_category(), "cannot wait for the workers");
     if (news.front().revents != 0)
         return false;
+    forgive_standstill();
     for (std::size_t i = 0; i < m_seats.size(); ++i)
-        if (news[i + 1].revents != 0)
+        if (news[i + 1].revents != 0 && can_tell())
             take_message(m_seats[i]);
     return true;
 }
@@ -136,9 +150,18 @@ bool worker_team::is_overdue(const seat_t& seat) const {
     return seat.worker && !seat.is_ready && seconds_since(seat.start) > most_seconds_to_start;
 }
 
+// While the program stood still, as between Ctrl-Z and fg, so did its workers: that is no time of theirs.
+void worker_team::forgive_standstill() {
+    const auto now = std::chrono::steady_clock::now();
+    if (const auto round = now - std::exchange(m_last_round, now); round > longest_usual_round)
+        for (seat_t& seat : m_seats)
+            seat.start += round;
+}
+
+// A result that has not been taken yet, because nobody reads what the program tells, came in time.
 void worker_team::give_up_overdue() {
     for (seat_t& seat : m_seats) {
-        if (!is_overdue(seat))
+        if (!is_overdue(seat) || seat.worker->has_message())
             continue;
         if (seat.job == nullptr) {
             replace_ended(seat);

@@ -45,6 +45,7 @@ private:
     void take_message(seat_t& seat);
     void take_result(seat_t& seat, result_t result);
     void replace_ended(seat_t& seat);
+    void forgive_standstill();
     [[nodiscard]] bool is_overdue(const seat_t& seat) const;
     void give_up_overdue();
     void report(result_t result);
@@ -57,6 +58,7 @@ private:
     run_folder m_folder;
     std::vector<seat_t> m_seats;
     unsigned m_threads; // of each worker
+    time_t m_last_round = std::chrono::steady_clock::now();
     std::size_t m_next = 0;
     int m_failed_starts = 0; // one after another
     bool m_is_stopping = false;

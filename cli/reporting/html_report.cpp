@@ -3,6 +3,8 @@
 #include "cli/reporting/html_row.h"
 #include "cli/reporting/html_text.h"
 #include "cli/reporting/progress.h"
+#include "platform/stop_delay.h"
+#include "platform/unnamed_file.h"
 #include "report_page.h" // made by CMake
 #include "sdk/open/failure.h"
 
@@ -11,7 +13,6 @@
 #include <span>
 #include <stdexcept>
 #include <system_error>
-#include <utility>
 
 namespace {
 
@@ -40,7 +41,7 @@ sdk_open::output_file open_page(const std::string& path,
 } // namespace
 
 html_report::html_report(const std::string& path)
-    : m_page(open_page(path, m_no_raw_files)), m_rows(std::tmpfile()) {
+    : m_page(open_page(path, m_no_raw_files)), m_rows(platform::open_unnamed_file()) {
     if (!m_rows)
         throw_rows_lost();
 }
@@ -52,8 +53,7 @@ void html_report::take(const result_t& result, const tally&) {
 }
 
 void html_report::finish(ending_t ending, const tally& sum) {
-    if (std::exchange(m_is_over, true))
-        return;
+    const platform::stop_delay delay;
     try {
         write(before_sum);
         write(html_text(describe_sum(ending, sum)));

@@ -33,5 +33,4 @@ private:
     sdk_open::output_file m_page;
     std::uint64_t m_size = 0; // of the page
     std::unique_ptr<std::FILE, closer> m_rows;
-    bool m_is_over = false; // also where the page could not be written
 };

@@ -3,6 +3,7 @@
 #include "cli/reporting/json_record.h"
 
 #include <cerrno>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <system_error>
@@ -13,8 +14,11 @@ namespace {
     throw std::system_error(errno, std::generic_category(), "cannot write " + name);
 }
 
-// The last line of a run that the power left is not whole.
+// The last line of a run that the power left is not whole. A pipe has no end to look at.
 bool ends_within_line(const std::string& path) {
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(path, unknown))
+        return false;
     std::ifstream log(path, std::ios::binary | std::ios::ate);
     if (!log || log.tellg() <= 0)
         return false;

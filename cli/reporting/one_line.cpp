@@ -2,9 +2,13 @@
 
 #include "platform/characters.h"
 
-#include <algorithm>
-
 namespace {
+
+// U+0080 to U+009F: terminals take some of them for the escape sequences that other characters begin.
+bool begins_with_high_control(std::string_view text) noexcept {
+    return text.size() > 1 && text[0] == '\xC2' && static_cast<unsigned char>(text[1]) >= 0x80U &&
+           static_cast<unsigned char>(text[1]) < 0xa0U;
+}
 
 // Where a character begins: 2 for those that may be wide, such as Chinese ones; 0 within a character.
 std::size_t columns_of(char unit) noexcept {
@@ -17,9 +21,12 @@ std::size_t columns_of(char unit) noexcept {
 } // namespace
 
 std::string one_line(std::string_view text) {
-    std::string line(text);
-    std::ranges::replace_if(
-        line, [](char c) { return platform::is_control(c); }, '?');
+    std::string line;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool is_high_control = begins_with_high_control(text.substr(i));
+        line += is_high_control || platform::is_control(text[i]) ? '?' : text[i];
+        i += is_high_control ? 1 : 0;
+    }
     return line;
 }
 

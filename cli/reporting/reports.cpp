@@ -1,6 +1,7 @@
 #include "cli/reporting/reports.h"
 
 #include <stdexcept>
+#include <utility>
 
 void reports::take(const result_t& result) {
     m_tally.add(result);
@@ -13,15 +14,19 @@ void reports::tick() {
         sink->tick(m_tally);
 }
 
+// The last one first: a page that cannot be written shows in the sums that the others tell.
 void reports::finish(ending_t ending) {
-    for (const auto& sink : m_sinks)
+    while (!m_sinks.empty()) {
+        const std::unique_ptr<result_sink> sink = std::move(m_sinks.back());
+        m_sinks.pop_back();
         sink->finish(ending, m_tally);
+    }
 }
 
 void reports::abandon() noexcept {
-    for (const auto& sink : m_sinks) {
+    while (!m_sinks.empty()) {
         try {
-            sink->finish(ending_t::stopped, m_tally);
+            finish(ending_t::stopped);
         } catch (const std::runtime_error&) {
             // In all likelihood this sink is why the run cannot go on.
         }

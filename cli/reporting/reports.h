@@ -15,9 +15,11 @@ public:
 
     void take(const result_t& result);
     void tick();
+
+    // Ends all of them, each once. Where one throws, those that are left can still be abandoned.
     void finish(ending_t ending);
 
-    // Ends the reports of a run that cannot go on, as far as they take it.
+    // Ends the reports that are left of a run that cannot go on, as far as they take it.
     void abandon() noexcept;
 
     [[nodiscard]] const tally& inq_tally() const noexcept { return m_tally; }

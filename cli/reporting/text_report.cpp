@@ -20,12 +20,11 @@ void text_report::take(const result_t& result, const tally&) {
 
 void text_report::tick(const tally& so_far) {
     const auto now = std::chrono::steady_clock::now();
-    const bool is_status = m_screen.has_status();
     if (m_verbosity == verbosity_t::quiet ||
-        now - m_last_progress < (is_status ? time_between_statuses : time_between_lines))
+        now - m_last_progress < (m_has_bar ? time_between_statuses : time_between_lines))
         return;
     m_last_progress = now;
-    if (is_status)
+    if (m_has_bar)
         m_screen.show_status(progress_bar(so_far, m_screen));
     else
         m_screen.write_line(describe_progress(so_far));

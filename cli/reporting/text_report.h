@@ -6,11 +6,14 @@
 
 #include <chrono>
 
+// The progress: on a terminal a bar that goes on below the lines, or everywhere a line now and then.
+enum class progress_form_t { bar, lines };
+
 // What a person sees of many files: a line for each failure, with -v for each file, the progress and the sum.
-// On a terminal the progress is a bar that goes on; elsewhere a line now and then.
 class text_report final : public result_sink {
 public:
-    explicit text_report(verbosity_t verbosity) : m_verbosity(verbosity) {}
+    text_report(verbosity_t verbosity, progress_form_t form)
+        : m_verbosity(verbosity), m_has_bar(form == progress_form_t::bar && m_screen.has_status()) {}
 
     void take(const result_t& result, const tally& so_far) override;
     void tick(const tally& so_far) override;
@@ -19,5 +22,6 @@ public:
 private:
     verbosity_t m_verbosity;
     screen m_screen;
+    bool m_has_bar;
     std::chrono::steady_clock::time_point m_last_progress = std::chrono::steady_clock::now();
 };

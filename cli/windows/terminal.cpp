@@ -7,4 +7,8 @@ unsigned inq_width() noexcept {
     return 0;
 }
 
+bool has_standard_output() noexcept {
+    return false;
+}
+
 } // namespace terminal

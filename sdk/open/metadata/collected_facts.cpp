@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <span>
+#include <string_view>
 #include <tiff.h>
 #include <utility>
 
@@ -49,14 +50,22 @@ std::string text_of(const field_list& fields, std::uint16_t tag) {
     return text;
 }
 
+// Damage, and a camera whose clock was never set, leave other characters than digits.
+bool is_date_time(std::string_view text) {
+    constexpr std::string_view form = "dddd:dd:dd dd:dd:dd";
+    return std::ranges::equal(text, form, [](char unit, char wanted) {
+        return wanted == 'd' ? '0' <= unit && unit <= '9' : unit == wanted;
+    });
+}
+
 // With dashes in the date, as elsewhere than in EXIF.
 std::string date_time_of(const picture_metadata& metadata) {
-    constexpr std::size_t regular_length = 19;
     std::string text = text_of(metadata.exif, EXIFTAG_DATETIMEORIGINAL);
     if (text.empty())
-        text = metadata.date_time.substr(0, most_text);
-    if (text.size() == regular_length)
-        std::replace(text.begin(), text.begin() + 10, ':', '-');
+        text = metadata.date_time;
+    if (!is_date_time(text))
+        return {};
+    std::replace(text.begin(), text.begin() + 10, ':', '-');
     return text;
 }
 

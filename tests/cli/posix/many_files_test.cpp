@@ -39,6 +39,7 @@ TEST_F(many_files_test, answers_for_all) {
     fs::create_symlink("circle.cr2", "circle.cr2");
     fs::create_directory("other");
     fs::copy_file(SAMPLE_FILE, "other/a.cr2");
+    fs::create_directory_symlink("other", "[x,y]");
     const std::string both = "out/a.tif out/below/b\n.tif ";
     const struct {
         words_t arguments;
@@ -114,7 +115,24 @@ TEST_F(many_files_test, answers_for_all) {
          "out/in/a.tif out/in/below/b\n.tif ",
          "find in -name '[ab]*.[cC][rR]2' -print0 |"},
         {{"--files-from", "none"}, 2, "", "cannot read the list none", ""},
+        {{"--files-from", "-", "-d", "out"}, 2, "", "cannot read the list on standard input", "", "", "<in"},
+        {{"-r", "[x,y]", "-d", "out"}, 0, "", "1 converted", "out/a.tif "},
+        {{"in/a.CR2", "\xC2\x9B.cr2", "-d", "out"}, 1, "", "raw-to-tiff: ?.cr2: there", "out/a.tif "},
+        {{"in/a.CR2", std::string(100'000, 'a') + ".cr2", "-d", "out"}, 1, "", "is too long", "out/a.tif "},
+        {{"in/a.CR2", "-o", "in/b.cr2"}, 2, "", "a raw file is never written to: in/b.cr2", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "in/a.CR2"}, 2, "", "never written to: in/a.CR2", ""},
+        {{"in/a.CR2", "-d", "out", "--resume", "in/a.CR2"}, 2, "", "never written to: in/a.CR2", ""},
+        {{"in/a.CR2", "-d", "out", "--timeout", "nan"}, 2, "", "not a number of seconds", ""},
+        {{"in/a.CR2", "-d", "out", "--memory-limit", "-1"}, 2, "", "not a size above 0", ""},
+        {{"in/a.CR2", "-d", "out", "--wrong\n"}, 2, "", "--wrong? (see raw-to-tiff --help)\n", ""},
         {{"in/a.CR2", "-d", "out", "--log", "none/log"}, 2, "", "cannot write none/log", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "pipe"},
+         0,
+         "",
+         "",
+         "out/a.tif ",
+         "mkfifo pipe; cat pipe >/dev/null & timeout 9"},
+        {{"in/a.CR2", "out.tif", "--log", "/dev/full"}, 11, "", "cannot write /dev/full: No", "out.tif "},
         {{"in/a.CR2", "-d", "out", "--json"}, 3, "", "standard output", "out/a.tif ", "", ">&-"},
         {{"in/a.CR2", "in/bad.crw", "-d", "out"}, 1, "", "", "out/a.tif ", "", "2>&- >&- <&-"},
     };

@@ -57,7 +57,7 @@ TEST_F(raw_to_tiff_test, says_what_is_wrong) {
     // The superuser gives up the right to ignore permissions; nobody else has it.
     const std::string locked =
         ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search" : "";
-    const std::string unspeakable = ": the name is not UTF-8, holds a backslash, or names no file";
+    const std::string unspeakable = ": the name is not UTF-8, holds a backslash, is too long, or";
     const struct {
         int exit_code;
         words_t arguments;

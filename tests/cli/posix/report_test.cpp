@@ -77,7 +77,17 @@ TEST_F(report_test, appears_when_the_run_ends) {
     EXPECT_EQ(page.find("hang.cr2"), std::string::npos);
     EXPECT_EQ(run({"in/a.cr2", "--report", "none/all.html"}), 2);
     EXPECT_EQ(run({"in/a.cr2", "--report", "in/a.cr2"}), 2);
+    EXPECT_EQ(run({"in/a.cr2", "--report", "all.html"}, "TMPDIR=none"), 2); // where the rows are kept
     EXPECT_EQ(list_outputs(), "out/a.tif ");
+}
+
+TEST_F(report_test, is_too_large) {
+    write_file("in/bad.cr2", "");
+    EXPECT_EQ(run({"-r", "in", "--json", "--report", "all.html"}, "ulimit -f 8;"), 3);
+    EXPECT_NE(m_errors.find("cannot write all.html: File too large"), std::string::npos) << m_errors;
+    EXPECT_EQ(m_output.find(R"("sum")"), m_output.rfind(R"("sum")")) << m_output;
+    EXPECT_NE(m_output.find(R"("ending":"stopped"})"), std::string::npos) << m_output;
+    EXPECT_EQ(list_outputs(), "");
 }
 
 } // namespace

@@ -76,6 +76,24 @@ TEST_F(workers_test, are_stopped) {
     EXPECT_TRUE(fs::is_empty(m_temporary));
 }
 
+// The prefix makes a pipe of standard output that is full after 64 KiB.
+TEST_F(workers_test, are_stopped_while_nobody_reads) {
+    for (int i = 0; i < 700; ++i)
+        write_file("in/" + std::to_string(i) + ".cr2", "");
+    const std::string prefix = "mkfifo pipe; exec 3<>pipe; timeout --preserve-status -k 5 -s TERM 1";
+    EXPECT_EQ(run({"-rqd", "out", "in", "--json"}, prefix, ">&3"), 130);
+    EXPECT_NE(m_errors.find("interrupted: "), std::string::npos) << m_errors;
+}
+
+TEST_F(workers_test, have_no_less_time_after_a_standstill) {
+    add_raw_file("a.cr2");
+    const std::string script = R"("$@" & sleep 0.5; kill -STOP $!; sleep 3; kill -CONT $!; wait $!)";
+    EXPECT_EQ(run({"-rd", "out", "in", "--timeout", "2", "--json"},
+                  std::string(preload) + "HANG_AT_FSYNC=1 sh -c '" + script + "' sh"),
+              1);
+    EXPECT_NE(m_output.find("\"seconds\":2."), std::string::npos) << m_output;
+}
+
 TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
     for (int i = 0; i < 30; ++i)
         add_raw_file(std::to_string(i) + ".cr2");
@@ -88,7 +106,8 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
         // The first time before all can be done, then a little later from time to time.
         const auto milliseconds = 15 + std::uniform_int_distribution(1, 20)(random) * attempts;
         const std::string kill = "timeout -s KILL " + std::to_string(milliseconds / 1e3);
-        code = run({"-rd", "out", "in", "--resume", "log"}, kill + " setpriv --pdeathsig KILL");
+        code = run({"-rd", "out", "in", "--resume", "log", "--report", "all.html"},
+                   kill + " setpriv --pdeathsig KILL");
     }
     EXPECT_EQ(code, 1) << m_errors;
     EXPECT_GT(attempts, 1);
@@ -96,6 +115,7 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
         EXPECT_TRUE(read_file("never killed/" + name) == read_file("out/" + name)) << name;
     EXPECT_EQ(list_folder("out"), list_folder("never killed"));
     EXPECT_EQ(list_folder(m_temporary), words_t());
+    EXPECT_EQ(list_folder("."), words_t({"all.html", "in", "log", "never killed", "out", "tmp"}));
     EXPECT_EQ(run({"-rd", "out", "in", "--resume", "log"}), 1);
     EXPECT_NE(m_errors.find("0 converted, 30 skipped, 1 failed"), std::string::npos) << m_errors;
 }

@@ -1,0 +1,35 @@
+#include "cli/argument_checks.h"
+
+#include "cli/planning/raw_name.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <cstdint>
+
+namespace argument_checks {
+
+std::string not_empty(const std::string& name) {
+    return name.empty() ? "the name is empty" : "";
+}
+
+std::string no_raw_name(const std::string& name) {
+    return has_raw_name(name) ? "a raw file is never written to: " + name : "";
+}
+
+std::string page_name(const std::string& name) {
+    return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
+}
+
+std::string duration(const std::string& seconds) {
+    double number = 0;
+    const bool is_one = CLI::detail::lexical_cast(seconds, number) && number > 0 && std::isfinite(number);
+    return is_one ? "" : "not a number of seconds above 0: " + seconds;
+}
+
+std::string size(const std::string& bytes) {
+    std::int64_t number = 0;
+    return CLI::detail::lexical_cast(bytes, number) && number > 0 ? "" : "not a size above 0";
+}
+
+} // namespace argument_checks

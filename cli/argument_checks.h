@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+// Each says what is wrong with an argument of the command line; empty where nothing is.
+namespace argument_checks {
+
+[[nodiscard]] std::string not_empty(const std::string& name);
+
+// No raw file is to be written to by a slip.
+[[nodiscard]] std::string no_raw_name(const std::string& name);
+
+// No raw file or TIFF is to be replaced by a slip.
+[[nodiscard]] std::string page_name(const std::string& name);
+
+[[nodiscard]] std::string duration(const std::string& seconds);
+
+// A number of bytes; the parser makes a very large one of a negative one.
+[[nodiscard]] std::string size(const std::string& bytes);
+
+} // namespace argument_checks
