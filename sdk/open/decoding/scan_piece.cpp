@@ -53,8 +53,9 @@ void scan_piece::decode(scan_piece& one, scan_piece& other, const lossless_jpeg&
         one.read_rest(0, jpeg);
         other.read_rest(0, jpeg);
         one.m_is_decoded = other.m_is_decoded = true;
-    } catch (const failure&) {
-        // Perhaps there is no code only because none begins where reading began: join() finds out.
+    } catch (...) {
+        // Perhaps there is no code only because none begins where reading began, and for lack of memory not
+        // even that can be said: join() finds out.
     }
 }
 

@@ -1,7 +1,7 @@
 #include "sdk/open/decoding/scan_pieces.h"
 
 #include <algorithm>
-#include <system_error>
+#include <exception>
 
 namespace sdk_open {
 namespace {
@@ -22,8 +22,9 @@ scan_pieces::scan_pieces(const lossless_jpeg& jpeg, unsigned workers)
     try {
         while (m_helpers.size() + 1 < std::min<std::size_t>(workers, m_n_pairs))
             m_helpers.emplace_back([this] { help(); });
-    } catch (const std::system_error&) {
-        // Where no more threads are to be had, those that there are do all the work.
+    } catch (const std::exception&) {
+        // Where no more threads are to be had, or no memory for them, those that there are do all the work.
+        // They wait for pieces to be taken: let out of here, the exception would wait for them forever.
     }
 }
 

@@ -155,7 +155,8 @@ namespace {
 constexpr int margin = 12;         // columns beside a stripe that its pixels depend on
 constexpr int longest_vector = 64; // a step may fill a vector more than it has to
 
-// Where a position beyond an edge is mirrored to: the pattern of the CFA goes on.
+// Where a position beyond an edge is mirrored to: the pattern of the CFA goes on. Fewer than 13 columns or
+// rows would not reach around to the margin, but LibRaw takes no picture of fewer than 22 for one.
 int mirrored(int position, int size) noexcept {
     const int reflected = std::abs(position);
     return reflected < size ? reflected : 2 * (size - 1) - reflected;
