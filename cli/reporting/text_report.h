@@ -12,6 +12,7 @@ class text_report final : public result_sink {
 public:
     explicit text_report(verbosity_t verbosity) : m_verbosity(verbosity) {}
 
+    void note(std::string_view text) override;
     void take(const result_t& result, const tally& so_far) override;
     void tick(const tally& so_far) override;
     void finish(ending_t ending, const tally& sum) override;
