@@ -28,7 +28,8 @@ constexpr int harmless[] = {
     SCMP_SYS(recvfrom), SCMP_SYS(sendto),
     // threads
     SCMP_SYS(exit), SCMP_SYS(exit_group), SCMP_SYS(futex), SCMP_SYS(get_robust_list), SCMP_SYS(rseq),
-    SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_yield), SCMP_SYS(set_robust_list),
+    SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_setaffinity), SCMP_SYS(sched_yield),
+    SCMP_SYS(set_robust_list),
     // signals
     SCMP_SYS(restart_syscall), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn),
     SCMP_SYS(sigaltstack),

@@ -3,6 +3,7 @@
 #include "sdk/open/failure.h"
 #include "sdk/open/identifying/left_to_libraw.h"
 #include "sdk/open/identifying/raw_format.h"
+#include "sdk/open/system/large_block.h"
 
 #include <algorithm>
 #include <iterator>
@@ -32,6 +33,15 @@ void check(int libraw_answer) {
     }
 }
 
+// LibRaw's constructor does not look whether it gets the little memory that it asks for, and would fall over
+// what is missing: there has to be some. A block that is given back stays with the process.
+std::unique_ptr<own_decoder_libraw> make_libraw() {
+    constexpr std::size_t more_than_it_asks_for = 64 << 10; // bytes
+    static_cast<void>(large_block(more_than_it_asks_for));
+    return std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
+                                                LIBRAW_OPIONS_NO_DATAERR_CALLBACK);
+}
+
 // The decoder's white level is a fixed one for each camera model. The camera itself records the level that
 // holds for this picture (it varies with the sensitivity), and no sample is above what its bits can hold.
 void correct_white_level(libraw_colordata_t& color, unsigned precision) {
@@ -46,8 +56,7 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
 // LibRaw takes the bytes as writable and writes nothing.
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     : m_stream(const_cast<std::byte*>(bytes.data()), bytes.size()), // NOLINT
-      m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
-                                                    LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
+      m_libraw(make_libraw()) {
     static_cast<void>(recognise_raw_format(bytes));
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     check(m_libraw->open_datastream(&m_stream));
