@@ -20,6 +20,12 @@ const std::map<std::string, existing_t> existing_choices = {{"error", existing_t
                                                             {"overwrite", existing_t::overwrite},
                                                             {"newer", existing_t::newer}};
 
+const std::map<std::string, sdk_open::compression_t> compression_choices = {
+    {"none", sdk_open::compression_t::none},
+    {"deflate", sdk_open::compression_t::deflate},
+    {"lzw", sdk_open::compression_t::lzw},
+    {"zstd", sdk_open::compression_t::zstd}};
+
 constexpr auto footer =
     R"(Exit status of a single file (RAW alone, RAW TIFF, or -o TIFF RAW): 0 converted, 10 no such raw file,
 11 the conversion failed. Of many: 0 everything converted, 1 some inputs are bad, 3 the system failed (disk
@@ -27,6 +33,16 @@ full, rights). Of both: 2 wrong usage, 130 interrupted.)";
 
 std::string is_named(const std::string& name) {
     return name.empty() ? "the name is empty" : "";
+}
+
+std::string is_compressible(const std::string& choice) {
+    const bool is_there = sdk_open::can_compress(compression_choices.at(choice));
+    return is_there ? "" : "the libtiff of this system does not have " + choice;
+}
+
+// No raw file or TIFF is to be replaced by a slip.
+std::string is_page_name(const std::string& name) {
+    return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
 }
 
 void describe_inputs(CLI::App& program, options_t& options) {
@@ -60,6 +76,14 @@ void describe_outputs(CLI::App& program, options_t& options) {
             "else skip); error unless the TIFF is named (overwrite) or --resume is given (newer)")
         ->check(CLI::IsMember(existing_choices))
         ->type_name("");
+    program
+        .add_option_function<std::string>(
+            "--compression",
+            [&](const std::string& choice) { options.compression = compression_choices.at(choice); },
+            "how the pixels are stored: none, deflate, lzw or zstd; none unless given")
+        ->check(CLI::IsMember(compression_choices))
+        ->check(is_compressible)
+        ->type_name("");
     program.add_flag("--preserve-times", options.keeps_modification_times,
                      "give each TIFF the modification time of its raw file");
 }
@@ -86,9 +110,15 @@ void describe_reports(CLI::App& program, options_t& options) {
         .add_flag_callback(
             "-v,--verbose", [&] { options.verbosity = verbosity_t::verbose; }, "report every file")
         ->excludes(quiet);
+    program.add_flag_callback(
+        "--info", [&] { options.task = task_t::describe; },
+        "tell what is known of each file, on standard output, and convert nothing");
     program.add_flag("--json", options.has_json,
                      "write a JSON object for each file on standard output, and one for the sum");
     program.add_option("--log", options.log, "append the same lines to a file")->check(is_named);
+    program.add_option("--report", options.report, "write a page about all files, with small pictures")
+        ->check(is_page_name)
+        ->type_name("FILE.html");
     program
         .add_option(
             "--resume", options.resume,
@@ -99,13 +129,19 @@ void describe_reports(CLI::App& program, options_t& options) {
 
 // Two names are a raw file and its TIFF, unless the second is a raw file's: that is never an output.
 void take_named_output(options_t& options) {
-    const bool is_pair = options.names.size() == 2 && options.list.empty() && options.folder.empty() &&
-                         options.output.empty() && !options.is_recursive &&
-                         !has_raw_name(options.names.back());
+    const bool is_pair = options.task == task_t::convert && options.names.size() == 2 &&
+                         options.list.empty() && options.folder.empty() && options.output.empty() &&
+                         !options.is_recursive && !has_raw_name(options.names.back());
     if (!is_pair)
         return;
     options.output = options.names.back();
     options.names.pop_back();
+}
+
+bool says_what_to_write(const options_t& options) {
+    return !options.output.empty() || !options.folder.empty() || options.existing ||
+           options.keeps_modification_times || options.compression != sdk_open::compression_t::none ||
+           !options.log.empty() || !options.resume.empty() || !options.report.empty();
 }
 
 void check_combination(const options_t& options) {
@@ -113,6 +149,8 @@ void check_combination(const options_t& options) {
         throw CLI::ValidationError("RAW is required");
     if (!options.output.empty() && !options.is_single())
         throw CLI::ValidationError("-o takes a single raw file, without -r and --files-from");
+    if (options.task == task_t::describe && says_what_to_write(options))
+        throw CLI::ValidationError("--info writes no files: it goes with inputs, -j, limits and --json only");
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cli/job.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -19,6 +21,7 @@ struct limits_t {
 
 // What the command line asks for.
 struct options_t {
+    task_t task = task_t::convert;
     std::vector<std::string> names; // raw files and folders
     std::string list;               // a file of more names, "-" for standard input; empty: none
     bool is_list_zero_separated = false;
@@ -27,10 +30,12 @@ struct options_t {
     std::string folder; // of all outputs; empty: beside the raw files
     std::optional<existing_t> existing;
     bool keeps_modification_times = false;
+    sdk_open::compression_t compression = sdk_open::compression_t::none;
     limits_t limits;
     verbosity_t verbosity = verbosity_t::normal;
     bool has_json = false;
     std::string log;    // empty: none
+    std::string report; // an HTML page; empty: none
     std::string resume; // the log of an earlier run; empty: none
 
     // One raw file is named and nothing that could stand for many: the answer is the library's code.

@@ -13,11 +13,12 @@ struct row_t {
 };
 
 constexpr std::array rows = {
-    row_t{outcome_t::converted, "converted"},         row_t{outcome_t::skipped, "skipped"},
-    row_t{outcome_t::bad_input, "bad_input"},         row_t{outcome_t::missing, "missing"},
-    row_t{outcome_t::output_exists, "output_exists"}, row_t{outcome_t::crashed, "crashed"},
-    row_t{outcome_t::timed_out, "timed_out"},         row_t{outcome_t::over_memory, "over_memory"},
-    row_t{outcome_t::system_failed, "system_failed"}, row_t{outcome_t::disk_full, "disk_full"},
+    row_t{outcome_t::converted, "converted"},     row_t{outcome_t::described, "described"},
+    row_t{outcome_t::skipped, "skipped"},         row_t{outcome_t::bad_input, "bad_input"},
+    row_t{outcome_t::missing, "missing"},         row_t{outcome_t::output_exists, "output_exists"},
+    row_t{outcome_t::crashed, "crashed"},         row_t{outcome_t::timed_out, "timed_out"},
+    row_t{outcome_t::over_memory, "over_memory"}, row_t{outcome_t::system_failed, "system_failed"},
+    row_t{outcome_t::disk_full, "disk_full"},
 };
 
 } // namespace
@@ -39,7 +40,8 @@ int code_of(outcome_t outcome) noexcept {
 }
 
 bool is_done(outcome_t outcome) noexcept {
-    return outcome == outcome_t::converted || outcome == outcome_t::skipped;
+    return outcome == outcome_t::converted || outcome == outcome_t::described ||
+           outcome == outcome_t::skipped;
 }
 
 bool is_system_failure(outcome_t outcome) noexcept {

@@ -6,6 +6,7 @@
 // What became of one file.
 enum class outcome_t {
     converted,
+    described,     // as --info asks
     skipped,       // the output is there already
     bad_input,     // no raw file, or a damaged one
     missing,       // no such raw file
@@ -24,7 +25,7 @@ enum class outcome_t {
 // 0, 10 or 11, as the library answers.
 [[nodiscard]] int code_of(outcome_t outcome) noexcept;
 
-// Converted, now or before.
+// Converted, now or before, or described.
 [[nodiscard]] bool is_done(outcome_t outcome) noexcept;
 
 // The system is to blame, not the file.

@@ -3,6 +3,8 @@
 #include "cli/converting/conversion_run.h"
 #include "cli/exit_code.h"
 #include "cli/planning/plan.h"
+#include "cli/reporting/html_report.h"
+#include "cli/reporting/info_report.h"
 #include "cli/reporting/json_report.h"
 #include "cli/reporting/one_line.h"
 #include "cli/reporting/single_report.h"
@@ -11,6 +13,7 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -51,6 +54,10 @@ std::optional<plan_t> make_sound_plan(const options_t& options) {
 }
 
 void add_sinks(reports& reports, const options_t& options) {
+    if (options.task == task_t::describe) {
+        reports.add(std::make_unique<info_report>(options.has_json ? info_form_t::json : info_form_t::text));
+        return;
+    }
     if (options.is_single())
         reports.add(std::make_unique<single_report>(options.verbosity));
     else
@@ -60,6 +67,8 @@ void add_sinks(reports& reports, const options_t& options) {
     const std::string& log = options.log.empty() ? options.resume : options.log;
     if (!log.empty())
         reports.add(json_report::in_file(log));
+    if (!options.report.empty())
+        reports.add(std::make_unique<html_report>(options.report));
 }
 
 // What cannot be told on, or done at all, ends the run; those who can still be told learn of it.
@@ -71,7 +80,7 @@ ending_t carry_out(const plan_t& plan, const limits_t& limits, reports& reports)
         ending = convert_all(plan.jobs, limits, reports);
         reports.finish(ending);
         return ending;
-    } catch (const std::system_error& problem) {
+    } catch (const std::runtime_error& problem) {
         reports.abandon();
         complain(problem.what());
         return ending_t::stopped;
@@ -103,7 +112,7 @@ int run_program(const options_t& options) {
     reports reports(plan->jobs.size() + plan->settled.size());
     try {
         add_sinks(reports, options);
-    } catch (const std::system_error& problem) {
+    } catch (const std::runtime_error& problem) {
         complain(problem.what());
         return exit_wrong_usage;
     }

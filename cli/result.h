@@ -2,17 +2,16 @@
 
 #include "cli/job.h"
 #include "cli/outcome.h"
+#include "sdk/open/picture_facts.h"
 
-#include <cstdint>
 #include <string>
 
 // What became of a job.
 struct result_t {
     job_t job;
     outcome_t outcome = outcome_t::converted;
-    std::string reason; // one line; empty where the file was converted
-    std::string camera; // "Canon EOS 30D"; empty where nothing was converted
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
+    std::string reason;            // one line; empty where the job was done
+    sdk_open::picture_facts facts; // as far as the file was looked at
+    std::string thumbnail = {};    // a JPEG of the TIFF in base64; empty where there is none
     double seconds = 0;
 };

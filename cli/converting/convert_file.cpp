@@ -1,11 +1,10 @@
 #include "cli/converting/convert_file.h"
 
-#include "cli/converting/picture_facts.h"
+#include "cli/converting/failure_outcome.h"
+#include "cli/converting/thumbnail.h"
 #include "cli/file_argument.h"
 #include "conversion/convert_raw_to_tiff.h"
-#include "conversion/edsdk.h"
 #include "conversion/pixrerr.h"
-#include "conversion/raw_extension.h"
 
 #include <filesystem>
 #include <system_error>
@@ -13,36 +12,6 @@
 namespace fs = std::filesystem;
 
 namespace {
-
-void fail(result_t& result, outcome_t outcome, std::string reason) {
-    result.outcome = outcome;
-    result.reason = std::move(reason);
-}
-
-outcome_t outcome_of_failure() {
-    switch (inq_sdk_failure_blame()) {
-    case sdk_blame_t::picture:
-        return outcome_t::bad_input;
-    case sdk_blame_t::system:
-        return outcome_t::system_failed;
-    case sdk_blame_t::full_disk:
-        return outcome_t::disk_full;
-    case sdk_blame_t::memory:
-        return outcome_t::over_memory;
-    }
-    return outcome_t::system_failed;
-}
-
-void explain_failure(result_t& result, int code, const ZFileLocation& raw) {
-    if (code == pixrerr_missing_file)
-        fail(result, outcome_t::missing, "there is no such file, or it cannot be reached");
-    else if (!has_raw_extension(raw))
-        fail(result, outcome_t::bad_input, "not a .cr2 or .crw file");
-    else if (inq_sdk_failure_reason().empty())
-        fail(result, outcome_t::over_memory, "not enough memory");
-    else
-        fail(result, outcome_of_failure(), std::string(inq_sdk_failure_reason()));
-}
 
 bool make_folders(result_t& result) {
     std::error_code error;
@@ -78,11 +47,14 @@ result_t convert_file(const job_t& job) {
         fail(result, outcome_t::bad_input, "its name, or that of the TIFF, cannot be used");
         return result;
     }
+    const sdk_open::facts_collection facts(result.facts);
+    sdk_open::set_compression(job.compression);
     if (const int code = convert_raw_to_tiff(*raw, *tiff); code != pixrerr_ok) {
         explain_failure(result, code, *raw);
         return result;
     }
-    add_picture_facts(result);
+    if (job.has_thumbnail)
+        result.thumbnail = make_thumbnail(job.output);
     if (job.keeps_modification_time)
         keep_modification_time(result);
     return result;

@@ -54,8 +54,7 @@ private:
     }
 
     void add_file(const input_place_t& input) {
-        job_t job{input.path, output_name(input, m_options), !m_options.folder.empty(),
-                  m_options.keeps_modification_times};
+        job_t job = job_for(input);
         std::error_code unknown;
         if (m_options.is_single() || has_raw_name(input.path))
             m_plan.jobs.push_back(std::move(job));
@@ -65,9 +64,23 @@ private:
             m_plan.settled.push_back({{input.path, ""}, outcome_t::bad_input, "not a .cr2 or .crw file", {}});
     }
 
+    [[nodiscard]] job_t job_for(const input_place_t& input) const {
+        if (m_options.task == task_t::describe)
+            return {input.path, "", task_t::describe};
+        return {input.path,
+                output_name(input, m_options),
+                task_t::convert,
+                !m_options.folder.empty(),
+                m_options.keeps_modification_times,
+                !m_options.report.empty(),
+                m_options.compression};
+    }
+
     [[nodiscard]] std::optional<result_t> settle(const job_t& job) const {
         if (!locate(job.input))
             return result_t{job, outcome_t::bad_input, unusable, {}};
+        if (job.task == task_t::describe)
+            return {};
         if (!locate(job.output))
             return result_t{job, outcome_t::bad_input, "cannot write " + job.output + ": " + unusable, {}};
         auto settled = m_earlier.settle(job);

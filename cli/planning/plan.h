@@ -13,6 +13,6 @@ struct plan_t {
     std::vector<std::string> conflicts; // one line for two inputs with one output: nothing may be done then
 };
 
-// Finds the raw files and decides where their TIFFs go. Throws std::system_error where a list or a log cannot
-// be read.
+// Finds the raw files and decides where their TIFFs go, if any are to be made. Throws std::system_error where
+// a list or a log cannot be read.
 [[nodiscard]] plan_t make_plan(const options_t& options);

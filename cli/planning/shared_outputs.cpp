@@ -39,7 +39,8 @@ std::vector<std::string> remove_doubles(std::vector<job_t>& jobs) {
     std::unordered_map<std::string, std::string> writers; // output -> input
     std::vector<std::string> conflicts;
     std::erase_if(jobs, [&](const job_t& job) {
-        const auto [writer, is_first] = writers.try_emplace(names.resolve(job.output), job.input);
+        const std::string& result = job.output.empty() ? job.input : job.output;
+        const auto [writer, is_first] = writers.try_emplace(names.resolve(result), job.input);
         if (is_first)
             return false;
         if (names.resolve(writer->second) != names.resolve(job.input))

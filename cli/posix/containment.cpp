@@ -53,7 +53,8 @@ containment::containment(const std::vector<job_t>& jobs, const std::string& temp
     for (const job_t& job : jobs) {
         const bool is_link = fs::is_symlink(job.input, ignored);
         m_read.insert(is_link ? job.input : folder_of(job.input).string());
-        output_folders.insert(folder_of(job.output).string());
+        if (!job.output.empty())
+            output_folders.insert(folder_of(job.output).string());
     }
     for (const std::string& folder : output_folders)
         m_written.insert(existing_folder(folder));

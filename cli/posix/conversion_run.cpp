@@ -13,7 +13,8 @@ namespace {
 void tidy_up(const std::vector<job_t>& jobs) {
     std::set<std::string> folders;
     for (const job_t& job : jobs)
-        folders.insert(std::filesystem::path(job.output).parent_path().string());
+        if (!job.output.empty())
+            folders.insert(std::filesystem::path(job.output).parent_path().string());
     for (const std::string& folder : folders)
         remove_begun_files(folder);
 }

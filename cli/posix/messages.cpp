@@ -6,7 +6,7 @@
 
 namespace {
 
-// Room for two paths and a reason, each character of them escaped.
+// Room for two paths and a reason, each character of them escaped, and a thumbnail.
 constexpr std::size_t largest_message = 131'072;
 
 } // namespace

@@ -1,10 +1,9 @@
 #include "cli/posix/worker.h"
 
-#include "cli/converting/convert_file.h"
+#include "cli/converting/do_job.h"
 #include "cli/posix/messages.h"
 #include "cli/reporting/json_record.h"
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -34,19 +33,12 @@ void apply(const worker_settings_t& settings) {
         ::setrlimit(RLIMIT_AS, &memory);
 }
 
-result_t convert_timed(const job_t& job) {
-    const auto start = std::chrono::steady_clock::now();
-    result_t result = convert_file(job);
-    result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    return result;
-}
-
-int convert_what_comes(const std::string& bounds) {
+int do_what_comes(const std::string& bounds) {
     if (!send_message(worker_socket, ready_message + bounds))
         return EXIT_FAILURE;
     while (const auto message = receive_message(worker_socket)) {
         const auto job = job_of_json(*message);
-        if (!job || !send_message(worker_socket, json_of(convert_timed(*job))))
+        if (!job || !send_message(worker_socket, message_of(do_job(*job))))
             return EXIT_FAILURE;
     }
     return EXIT_SUCCESS;
@@ -61,7 +53,7 @@ void become_worker(const worker_settings_t& settings, const containment& bounds,
         keep_only(socket);
         const std::string contained_by = bounds.enter();
         apply(settings);
-        ::_exit(convert_what_comes(contained_by));
+        ::_exit(do_what_comes(contained_by));
     } catch (const std::bad_alloc&) {
         ::_exit(worker_out_of_memory);
     } catch (...) {

@@ -1,5 +1,6 @@
 #include "cli/reporting/json_record.h"
 
+#include "cli/reporting/facts_json.h"
 #include "cli/reporting/tally.h"
 
 #include <nlohmann/json.hpp>
@@ -40,18 +41,26 @@ auto read_object(std::string_view text, Read read) -> decltype(read(json_t())) {
     }
 }
 
-} // namespace
-
-std::string json_of(const result_t& result) {
+json_t object_of(const result_t& result) {
     json_t json = {{"input", result.job.input},
                    {"output", result.job.output},
                    {"outcome", name_of(result.outcome)},
                    {"code", code_of(result.outcome)},
-                   {"reason", result.reason},
-                   {"camera", result.camera},
-                   {"width", result.width},
-                   {"height", result.height},
-                   {"seconds", rounded(result.seconds)}};
+                   {"reason", result.reason}};
+    add_facts(json, result.facts);
+    json["seconds"] = rounded(result.seconds);
+    return json;
+}
+
+} // namespace
+
+std::string json_of(const result_t& result) {
+    return text_of(object_of(result));
+}
+
+std::string message_of(const result_t& result) {
+    json_t json = object_of(result);
+    json["thumbnail"] = result.thumbnail;
     return text_of(json);
 }
 
@@ -65,9 +74,8 @@ std::optional<result_t> result_of_json(std::string_view line) {
         json.at("output").get_to(result.job.output);
         result.outcome = *outcome;
         json.at("reason").get_to(result.reason);
-        json.at("camera").get_to(result.camera);
-        result.width = json.at("width");
-        result.height = json.at("height");
+        result.facts = facts_of_json(json);
+        result.thumbnail = json.value("thumbnail", "");
         result.seconds = json.at("seconds");
         return result;
     });
@@ -88,8 +96,11 @@ std::string json_of(ending_t ending, const tally& sum) {
 std::string json_of(const job_t& job) {
     return text_of({{"input", job.input},
                     {"output", job.output},
+                    {"task", job.task},
                     {"makes_folders", job.makes_folders},
-                    {"keeps_modification_time", job.keeps_modification_time}});
+                    {"keeps_modification_time", job.keeps_modification_time},
+                    {"has_thumbnail", job.has_thumbnail},
+                    {"compression", job.compression}});
 }
 
 std::optional<job_t> job_of_json(std::string_view text) {
@@ -97,8 +108,11 @@ std::optional<job_t> job_of_json(std::string_view text) {
         job_t job;
         json.at("input").get_to(job.input);
         json.at("output").get_to(job.output);
+        json.at("task").get_to(job.task);
         json.at("makes_folders").get_to(job.makes_folders);
         json.at("keeps_modification_time").get_to(job.keeps_modification_time);
+        json.at("has_thumbnail").get_to(job.has_thumbnail);
+        json.at("compression").get_to(job.compression);
         return job;
     });
 }

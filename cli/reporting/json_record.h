@@ -8,10 +8,13 @@
 #include <string_view>
 
 // A file's result as one line of JSON without a line end; names that are not UTF-8 have question marks. The
-// same form goes to the user, into logs, and from the workers to the program.
+// same form goes to the user and into logs.
 [[nodiscard]] std::string json_of(const result_t& result);
 
-// The way back; nothing for any other text.
+// The form that goes from the workers to the program has the thumbnail too.
+[[nodiscard]] std::string message_of(const result_t& result);
+
+// The way back from either; nothing for any other text.
 [[nodiscard]] std::optional<result_t> result_of_json(std::string_view line);
 
 [[nodiscard]] std::string json_of(ending_t ending, const tally& sum);

@@ -1,5 +1,6 @@
 #include "cli/reporting/progress.h"
 
+#include "cli/reporting/number_text.h"
 #include "cli/reporting/one_line.h"
 
 #include <algorithm>
@@ -10,12 +11,6 @@
 namespace {
 
 constexpr std::size_t bar_columns = 24;
-
-std::string fixed(double value, int digits) {
-    std::ostringstream text;
-    text << std::fixed << std::setprecision(digits) << value;
-    return text.str();
-}
 
 // 9051 seconds are 2:30:51.
 std::string clock_time(double seconds) {

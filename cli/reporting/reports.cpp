@@ -1,6 +1,6 @@
 #include "cli/reporting/reports.h"
 
-#include <system_error>
+#include <stdexcept>
 
 void reports::note(std::string_view text) {
     for (const auto& sink : m_sinks)
@@ -27,7 +27,7 @@ void reports::abandon() noexcept {
     for (const auto& sink : m_sinks) {
         try {
             sink->finish(ending_t::stopped, m_tally);
-        } catch (const std::system_error&) {
+        } catch (const std::runtime_error&) {
             // In all likelihood this sink is why the run cannot go on.
         }
     }

@@ -3,8 +3,11 @@
 void tally::add(const result_t& result) {
     if (result.seconds > 0)
         ++m_timed;
-    if (result.outcome == outcome_t::converted) {
+    if (result.outcome == outcome_t::described) {
+        ++m_described;
+    } else if (result.outcome == outcome_t::converted) {
         ++m_converted;
+        m_megapixels += static_cast<double>(result.facts.width) * result.facts.height / 1e6;
     } else if (result.outcome == outcome_t::skipped) {
         ++m_skipped;
     } else {
@@ -13,7 +16,6 @@ void tally::add(const result_t& result) {
     }
     m_last_outcome = result.outcome;
     m_has_system_failure = m_has_system_failure || is_system_failure(result.outcome);
-    m_megapixels += static_cast<double>(result.width) * static_cast<double>(result.height) / 1e6;
 }
 
 double tally::inq_seconds() const noexcept {

@@ -18,7 +18,7 @@ public:
     [[nodiscard]] std::size_t inq_skipped() const noexcept { return m_skipped; }
     [[nodiscard]] std::size_t inq_failed() const noexcept { return m_failed; }
     [[nodiscard]] std::size_t inq_left() const noexcept {
-        return m_files - m_converted - m_skipped - m_failed;
+        return m_files - m_converted - m_described - m_skipped - m_failed;
     }
     [[nodiscard]] bool has_system_failure() const noexcept { return m_has_system_failure; }
     [[nodiscard]] outcome_t inq_last_outcome() const noexcept { return m_last_outcome; }
@@ -36,6 +36,7 @@ public:
 private:
     std::size_t m_files;
     std::size_t m_converted = 0;
+    std::size_t m_described = 0;
     std::size_t m_skipped = 0;
     std::size_t m_failed = 0;
     std::size_t m_timed = 0; // of them, those that took a conversion

@@ -12,11 +12,15 @@ _raw_to_tiff() {
         mapfile -t COMPREPLY < <(compgen -W 'error skip overwrite newer' -- "$word")
         return
         ;;
+    --compression)
+        mapfile -t COMPREPLY < <(compgen -W 'none deflate lzw zstd' -- "$word")
+        return
+        ;;
     -d | --directory)
         mapfile -t COMPREPLY < <(compgen -d -- "$word")
         return
         ;;
-    --files-from | -o | --output | --log | --resume)
+    --files-from | -o | --output | --log | --report | --resume)
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         return
         ;;
@@ -27,9 +31,9 @@ _raw_to_tiff() {
     esac
     case $word in
     -*)
-        mapfile -t COMPREPLY < <(compgen -W '--directory --existing --files-from --help --jobs --json --log
-            --memory-limit --null --output --preserve-times --quiet --recursive --resume --timeout --verbose --version
-            -0 -d -h -j -o -q -r -v' -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W '--compression --directory --existing --files-from --help --info --jobs --json
+            --log --memory-limit --null --output --preserve-times --quiet --recursive --report --resume --timeout
+            --verbose --version -0 -d -h -j -o -q -r -v' -- "$word")
         ;;
     *) mapfile -t COMPREPLY < <(compgen -d -- "$word"; compgen -f -X '!*.[cC][rR][2wW]' -- "$word") ;;
     esac

@@ -5,7 +5,10 @@
 #include "sdk/open/failure_reason.h"
 #include "sdk/open/handle_table.h"
 #include "sdk/open/identifying/raw_format.h"
+#include "sdk/open/metadata/collected_facts.h"
 #include "sdk/open/open_objects.h"
+#include "sdk/open/output_options.h"
+#include "sdk/open/picture_facts.h"
 #include "sdk/open/system/input_file.h"
 #include "sdk/open/system/large_block.h"
 #include "sdk/open/system/system_calls.h"
@@ -114,6 +117,15 @@ __EdsObject* make_stream(std::string path, eds_disposition_t disposition) {
     throw failure(error_code_t::not_supported, "unknown way of opening a file");
 }
 
+__EdsObject* identify(handle_table& handles, const input_file& file) {
+    __EdsObject* const image = handles.make<raw_image>(read_raw_file(file));
+    if (picture_facts* const target = facts_collection::inq_target()) {
+        const auto& identified = handles.find<raw_image>(image);
+        *target = collect_facts(identified.decoder.inq_data(), identified.metadata);
+    }
+    return image;
+}
+
 } // namespace
 } // namespace sdk_open
 
@@ -144,7 +156,7 @@ eds_error_t EdsCreateImageRef(__EdsObject* stream, __EdsObject** image) {
     return guarded([&] {
         check_argument(stream != nullptr && image != nullptr);
         handle_table& handles = running_session().handles;
-        *image = handles.make<raw_image>(read_raw_file(handles.find<input_stream>(stream).file));
+        *image = identify(handles, handles.find<input_stream>(stream).file);
     });
 }
 
@@ -158,7 +170,7 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         const handle_table& handles = running_session().handles;
         auto& source = handles.find<raw_image>(image);
         auto& file = handles.find<output_stream>(stream).file;
-        write_tiff(file, *make_picture(source.decoder), source.metadata);
+        write_tiff(file, *make_picture(source.decoder), source.metadata, inq_compression());
         file.commit();
     });
 }

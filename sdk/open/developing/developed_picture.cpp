@@ -92,7 +92,8 @@ developed_picture::developed_picture(raw_decoder& decoder)
         std::swap(m_width, m_height);
 }
 
-void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) {
+void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const rows_task& prepare,
+                                const rows_task& take) {
     const unsigned band_rows = std::max(rows_of_a_band / rows_per_piece, 1U) * rows_per_piece;
     const unsigned bands = (m_height + band_rows - 1) / band_rows;
     const unsigned useful_workers = std::min(workers, bands);
@@ -108,8 +109,12 @@ void developed_picture::develop(unsigned workers, unsigned rows_per_piece, const
             team.announce(bands_within(mosaic_rows, band_rows));
         });
     };
-    band_team team([&] { bring(team); }, [&](unsigned worker, unsigned band) { makers[worker].make(band); },
-                   [&](unsigned worker, unsigned) { take(makers[worker].inq_values()); });
+    const auto make = [&](unsigned worker, unsigned band) {
+        makers[worker].make(band);
+        prepare(worker, makers[worker].inq_values());
+    };
+    band_team team([&] { bring(team); }, make,
+                   [&](unsigned worker, unsigned) { take(worker, makers[worker].inq_values()); });
     team.run(useful_workers, bands);
 }
 

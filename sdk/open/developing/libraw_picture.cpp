@@ -94,7 +94,8 @@ void libraw_picture::place(const mosaic_area& frame, unsigned pitch) noexcept {
 }
 
 // LibRaw has done the work already.
-void libraw_picture::develop(unsigned, unsigned rows_per_piece, const rows_taker& take) {
+void libraw_picture::develop(unsigned, unsigned rows_per_piece, const rows_task& prepare,
+                             const rows_task& take) {
     const std::size_t row_length = std::size_t{m_width} * channels;
     std::vector<std::uint16_t> values(row_length * std::min(rows_per_piece, m_height));
     for (unsigned top = 0; top < m_height; top += rows_per_piece) {
@@ -102,7 +103,8 @@ void libraw_picture::develop(unsigned, unsigned rows_per_piece, const rows_taker
         const auto piece = std::span(values).first(row_length * rows);
         for (unsigned row = 0; row < rows; ++row)
             make_row(top + row, piece.subspan(row_length * row, row_length));
-        take(piece);
+        prepare(0, piece);
+        take(0, piece);
     }
 }
 

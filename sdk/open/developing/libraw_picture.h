@@ -24,7 +24,8 @@ public:
     [[nodiscard]] unsigned inq_width() const noexcept override { return m_width; }
     [[nodiscard]] unsigned inq_height() const noexcept override { return m_height; }
 
-    void develop(unsigned workers, unsigned rows_per_piece, const rows_taker& take) override;
+    void develop(unsigned workers, unsigned rows_per_piece, const rows_task& prepare,
+                 const rows_task& take) override;
 
 private:
     void place(const mosaic_area& frame, unsigned pitch) noexcept;

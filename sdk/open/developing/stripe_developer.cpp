@@ -1,8 +1,9 @@
 #include "sdk/open/developing/stripe_developer.h"
 
+#include "sdk/open/developing/row_tones.h"
+
 #include <algorithm>
 #include <cstdlib>
-#include <tuple>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "sdk/open/developing/stripe_developer.cpp"
@@ -86,11 +87,32 @@ void demosaic_row(planes_t& planes, int row, int first_row, int columns, const c
     demosaic_step(planes, row, columns, phase).run(first_row);
 }
 
-// What a tone stands for.
-inline tones_t light_of(tones_t tone) {
-    const tones_t power = hn::Max(tone, hn::Zero(lanes_t()));
-    return hn::Sub(hn::Mul(hn::Mul(power, power), hn::Sqrt(power)), all(static_cast<float>(tone_offset)));
+// What a tone stands for, and the offset on top of it.
+inline tones_t offset_light_of(tones_t tone) {
+    const tones_t root = hn::Max(tone, hn::Zero(lanes_t()));
+    return hn::Mul(hn::Mul(root, root), root);
 }
+
+// A row of the matrix from the camera's light to 0 to 65535 of sRGB. Takes the offset away on the way, and
+// adds a half, so that what is cut afterwards is rounded.
+struct output_channel {
+    explicit output_channel(const std::array<float, 3>& srgb_from_camera) {
+        double offset = 0;
+        for (std::size_t in = 0; in < weights.size(); ++in) {
+            weights[in] = srgb_from_camera[in] * 65535.0F;
+            offset += static_cast<double>(weights[in]) * tone_offset;
+        }
+        bias = static_cast<float>(0.5 - offset);
+    }
+
+    [[nodiscard]] tones_t operator()(const std::array<tones_t, 3>& camera) const {
+        return hn::Add(hn::Add(hn::Mul(camera[0], all(weights[0])), hn::Mul(camera[1], all(weights[1]))),
+                       hn::Add(hn::Mul(camera[2], all(weights[2])), all(bias)));
+    }
+
+    std::array<float, 3> weights{};
+    float bias;
+};
 
 // The linear sRGB light, 0 to 65535, of a row whose colour differences and those of its neighbours are there.
 void light_row(planes_t& planes, int row, int columns, const cfa_phase& phase,
@@ -102,22 +124,19 @@ void light_row(planes_t& planes, int row, int columns, const cfa_phase& phase,
     const sorted_rows blues{planes.sorted_blues[0], planes.sorted_blues[1], planes.sorted_blues[2]};
     sort_columns(rows_around<-1, 0, 1>(planes.red_differences, row), reds, -1, columns + 1);
     sort_columns(rows_around<-1, 0, 1>(planes.blue_differences, row), blues, -1, columns + 1);
+    const std::array channels{output_channel(srgb_from_camera[0]), output_channel(srgb_from_camera[1]),
+                              output_channel(srgb_from_camera[2])};
     const hn::RebindToSigned<lanes_t> integers;
     const hn::Rebind<std::uint16_t, lanes_t> values;
     for_columns(0, columns, [&](std::ptrdiff_t x) {
         const tones_t sampled = load(tones + x);
         const tones_t green = hn::IfThenElse(green_lanes(x, phase.is_green_odd(row)), sampled,
                                              hn::Add(sampled, load(differences + x)));
-        const std::array camera{light_of(hn::Sub(green, median_at(reds, x))), light_of(green),
-                                light_of(hn::Sub(green, median_at(blues, x)))};
-        for (std::size_t out = 0; out < light.size(); ++out) {
-            const auto& weights = srgb_from_camera[out];
-            const tones_t sum =
-                hn::Add(hn::Add(hn::Mul(camera[0], all(weights[0])), hn::Mul(camera[1], all(weights[1]))),
-                        hn::Mul(camera[2], all(weights[2])));
-            const tones_t scaled = hn::Add(hn::Mul(sum, all(65535.0F)), all(0.5F)); // rounded when it is cut
-            hn::StoreU(hn::DemoteTo(values, hn::ConvertTo(integers, scaled)), values, light[out] + x);
-        }
+        const std::array camera{offset_light_of(hn::Sub(green, median_at(reds, x))), offset_light_of(green),
+                                offset_light_of(hn::Sub(green, median_at(blues, x)))};
+        for (std::size_t out = 0; out < light.size(); ++out)
+            hn::StoreU(hn::DemoteTo(values, hn::ConvertTo(integers, channels[out](camera))), values,
+                       light[out] + x);
     });
 }
 
@@ -197,25 +216,18 @@ void stripe_developer::load_row(int row, int left, int columns) {
     const mosaic_area& lit = m_shared.lit;
     const auto width = static_cast<int>(lit.width);
     const auto source_row = static_cast<unsigned>(mirrored(row, static_cast<int>(lit.height)));
-    const std::uint16_t* const samples =
-        m_shared.mosaic.samples.data() + std::size_t{lit.top + source_row} * m_shared.mosaic.width + lit.left;
-    const unsigned row_position = source_row % 2 * 2;
-    const std::array tables{m_shared.tones->inq_table(row_position),
-                            m_shared.tones->inq_table(row_position + 1)};
-    const auto most = static_cast<std::uint16_t>(tables[0].size() - 1);
+    const row_tones source{
+        m_shared.mosaic.samples.data() + std::size_t{lit.top + source_row} * m_shared.mosaic.width + lit.left,
+        {m_shared.tones->inq_table(source_row % 2 * 2), m_shared.tones->inq_table(source_row % 2 * 2 + 1)}};
     float* const tones = m_planes.tones[row];
-    const auto load = [&](std::ptrdiff_t x, std::ptrdiff_t column) {
-        tones[x] = tables[static_cast<std::size_t>(column) % 2][std::min(samples[column], most)];
-    };
-    // Those beyond an edge one by one, the others without a question.
+    // Those beyond an edge one by one, the others in pairs and without a question.
     const int first = std::max(-margin, -left);
-    const int last = std::min(columns + margin, width - left);
+    const int pairs = (std::min(columns + margin, width - left) - first) / 2;
     for (int x = -margin; x < first; ++x)
-        load(x, mirrored(left + x, width));
-    for (int x = first; x < last; ++x)
-        load(x, left + x);
-    for (int x = last; x < columns + margin; ++x)
-        load(x, mirrored(left + x, width));
+        tones[x] = source.at(mirrored(left + x, width));
+    source.copy_pairs(left + first, pairs, tones + first);
+    for (int x = first + 2 * pairs; x < columns + margin; ++x)
+        tones[x] = source.at(mirrored(left + x, width));
 }
 
 } // namespace sdk_open

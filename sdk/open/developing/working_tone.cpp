@@ -12,7 +12,7 @@ tone_tables::tone_tables(const std::array<cfa_position_levels, positions>& level
         table.reserve(std::size_t{most} + 1);
         for (unsigned sample = 0; sample <= most; ++sample) {
             const double light = std::clamp((sample - black) * gain, -tone_offset, 1.0);
-            table.push_back(static_cast<float>(std::pow(light + tone_offset, tone_exponent)));
+            table.push_back(static_cast<float>(std::cbrt(light + tone_offset)));
         }
     }
 }

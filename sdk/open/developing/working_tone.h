@@ -10,9 +10,9 @@ namespace sdk_open {
 
 // Light, 0 to 1, is demosaiced as tones that are spaced about as the eye sees them: an error then weighs the
 // same in the shadows as in the highlights, and so does the noise of the light itself. A tone is
-// (light + tone_offset) to the power of 0.4; the offset keeps the noise around black.
+// the cube root of (light + tone_offset), which two multiplications take back; the offset keeps the noise
+// around black.
 constexpr double tone_offset = 0.002;
-constexpr double tone_exponent = 0.4;
 
 // The levels at one position of the 2x2 pattern.
 struct cfa_position_levels {

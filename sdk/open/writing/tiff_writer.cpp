@@ -4,7 +4,9 @@
 #include "sdk/open/developing/band_team.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/metadata/metadata_field.h"
+#include "sdk/open/writing/band_compressor.h"
 #include "sdk/open/writing/colour_profile.h"
+#include "sdk/open/writing/pixel_layout.h"
 #include "sdk/open/writing/tiff_directory.h"
 #include "sdk/open/writing/tiff_handle.h"
 
@@ -12,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <deque>
 #include <exception>
 #include <span>
 #include <string>
@@ -74,26 +77,32 @@ private:
 };
 
 // The largest picture and two full directories of fields leave room within the 4 GiB that the classic form of
-// a TIFF can address, which is the one that every program reads: "wl" needs no BigTIFF.
+// a TIFF can address, which is the one that every program reads: "wl" needs no BigTIFF. That holds for noise
+// too, of which LZW makes a code of up to 12 bits from each byte, and the other codecs less.
 constexpr std::uint64_t largest_picture = most_samples * finished_picture::channels * sizeof(std::uint16_t);
+constexpr std::uint64_t largest_compressed = largest_picture / 10 * 16;
 constexpr std::uint64_t room_for_directories = 16 << 20;
-static_assert(largest_picture + room_for_directories < std::uint64_t{1} << 32);
+static_assert(largest_compressed + room_for_directories < std::uint64_t{1} << 32);
 
 class tiff_writer final {
 public:
-    explicit tiff_writer(output_file& file) : m_sink(file), m_tiff(open_tiff(m_sink.inq_storage(), "wl")) {
+    tiff_writer(output_file& file, const pixel_layout& layout)
+        : m_layout(layout), m_sink(file), m_tiff(open_tiff(m_sink.inq_storage(), "wl")) {
         check(m_tiff != nullptr);
     }
 
     // The directories of fields come first, right behind the header of the file: then the picture's own,
     // which libtiff puts at the end, can say where they are.
     void write(finished_picture& picture, const picture_metadata& metadata) {
-        describe_pixels(picture);
+        describe_pixels();
         describe_origin(metadata);
         set(TIFFTAG_EXIFIFD, append_directory(exif_fields(picture, metadata.exif)));
         if (!metadata.gps.empty())
             set(TIFFTAG_GPSIFD, append_directory(metadata.gps));
-        write_pixels(picture);
+        if (m_layout.compression == compression_t::none)
+            write_pixels(picture);
+        else
+            write_compressed_pixels(picture);
         check(TIFFWriteDirectory(file()) == 1);
         check(TIFFFlush(file()) == 1);
     }
@@ -142,19 +151,9 @@ private:
         return fields;
     }
 
-    void describe_pixels(const finished_picture& picture) {
-        constexpr std::uint32_t strip_size = 256 << 10; // bytes, about
-        const std::uint32_t row_size = picture.inq_width() * finished_picture::channels * 2;
-        m_rows_per_strip = std::clamp(strip_size / row_size, 1U, picture.inq_height());
-        set(TIFFTAG_IMAGEWIDTH, picture.inq_width());
-        set(TIFFTAG_IMAGELENGTH, picture.inq_height());
-        set(TIFFTAG_BITSPERSAMPLE, 16);
-        set(TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(finished_picture::channels));
-        set(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_RGB);
-        set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-        set(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    void describe_pixels() {
+        check(set_pixel_layout(file(), m_layout));
         set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
-        set(TIFFTAG_ROWSPERSTRIP, m_rows_per_strip);
         set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
         set(TIFFTAG_XRESOLUTION, 72.0);
         set(TIFFTAG_YRESOLUTION, 72.0);
@@ -172,29 +171,55 @@ private:
     }
 
     void write_pixels(finished_picture& picture) {
-        const std::size_t strip_length =
-            std::size_t{picture.inq_width()} * finished_picture::channels * m_rows_per_strip;
+        const auto leave_alone = [](unsigned, std::span<std::uint16_t>) {};
         std::uint32_t number = 0;
-        picture.develop(inq_worker_count(), m_rows_per_strip, [&](std::span<std::uint16_t> values) {
-            for (; !values.empty(); values = values.subspan(std::min(strip_length, values.size())))
-                write_strip(number++, values.first(std::min(strip_length, values.size())));
-        });
+        const auto write = [&](unsigned, std::span<std::uint16_t> values) {
+            for (; !values.empty(); values = values.subspan(std::min(strip_length(), values.size())))
+                write_strip(number++, values.first(std::min(strip_length(), values.size())));
+        };
+        picture.develop(inq_worker_count(), m_layout.rows_per_strip, leave_alone, write);
     }
+
+    // Every worker compresses the bands that it makes.
+    void write_compressed_pixels(finished_picture& picture) {
+        const unsigned workers = inq_worker_count();
+        std::deque<band_compressor> compressors;
+        while (compressors.size() < workers)
+            compressors.emplace_back(m_layout);
+        const auto compress = [&](unsigned worker, std::span<std::uint16_t> values) {
+            compressors[worker].compress(values);
+        };
+        std::uint32_t number = 0;
+        const auto write = [&](unsigned worker, std::span<std::uint16_t>) {
+            for (std::size_t i = 0; i < compressors[worker].inq_count(); ++i)
+                write_compressed_strip(number++, compressors[worker].inq_strip(i));
+        };
+        picture.develop(workers, m_layout.rows_per_strip, compress, write);
+    }
+
+    [[nodiscard]] std::size_t strip_length() const noexcept { return m_layout.inq_strip_length(); }
 
     void write_strip(std::uint32_t number, std::span<std::uint16_t> values) {
         const auto size = static_cast<tmsize_t>(values.size_bytes());
         check(TIFFWriteEncodedStrip(file(), number, values.data(), size) == size);
     }
 
+    void write_compressed_strip(std::uint32_t number, std::span<std::byte> bytes) {
+        const auto size = static_cast<tmsize_t>(bytes.size());
+        check(TIFFWriteRawStrip(file(), number, bytes.data(), size) == size);
+    }
+
+    pixel_layout m_layout;
     file_sink m_sink;
     tiff_handle m_tiff;
-    std::uint32_t m_rows_per_strip = 1;
 };
 
 } // namespace
 
-void write_tiff(output_file& file, finished_picture& picture, const picture_metadata& metadata) {
-    tiff_writer(file).write(picture, metadata);
+void write_tiff(output_file& file, finished_picture& picture, const picture_metadata& metadata,
+                compression_t compression) {
+    tiff_writer(file, lay_out(picture.inq_width(), picture.inq_height(), compression))
+        .write(picture, metadata);
 }
 
 } // namespace sdk_open

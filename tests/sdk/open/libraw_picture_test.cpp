@@ -30,9 +30,11 @@ struct pixels_t {
 
 pixels_t pixels_of(finished_picture& picture) {
     pixels_t pixels{picture.inq_width(), {}};
-    picture.develop(2, 7, [&](std::span<const std::uint16_t> rows) {
+    const auto take = [&](unsigned, std::span<const std::uint16_t> rows) {
         pixels.values.insert(pixels.values.end(), rows.begin(), rows.end());
-    });
+    };
+    picture.develop(
+        2, 7, [](unsigned, auto) {}, take);
     EXPECT_EQ(pixels.values.size(), std::size_t{3} * picture.inq_width() * picture.inq_height());
     return pixels;
 }

@@ -1,6 +1,7 @@
 #include "sdk/open/developing/developed_picture.h"
 #include "sdk/open/identifying/camera_frame.h"
 #include "sdk/open/identifying/raw_decoder.h"
+#include "sdk/open/output_options.h"
 #include "sdk/open/writing/tiff_handle.h"
 #include "tests/sdk/open/conversion_run.h"
 #include "tests/support/scratch_folder.h"
@@ -40,6 +41,13 @@ picture_t read_tiff(const std::filesystem::path& file) {
     for (std::uint32_t row = 0; row < height; ++row)
         EXPECT_EQ(TIFFReadScanline(tiff.get(), picture[row].data(), row), 1);
     return picture;
+}
+
+int short_of(const std::filesystem::path& file, std::uint32_t tag) {
+    const sdk_open::tiff_handle tiff(TIFFOpen(file.c_str(), "r"));
+    std::uint16_t value = 0;
+    TIFFGetField(tiff.get(), tag, &value);
+    return value;
 }
 
 // Coded values against the truth's, 8 pixels from the border off: the noise, and the mean of each colour
@@ -95,9 +103,11 @@ TEST(picture, equals_the_truth) {
 values_t develop(const std::string& file, unsigned workers) {
     sdk_open::raw_decoder decoder(std::as_bytes(std::span(file)));
     values_t values;
-    sdk_open::developed_picture(decoder).develop(workers, 7, [&](std::span<const std::uint16_t> rows) {
+    const auto take = [&](unsigned, std::span<const std::uint16_t> rows) {
         values.insert(values.end(), rows.begin(), rows.end());
-    });
+    };
+    sdk_open::developed_picture(decoder).develop(
+        workers, 7, [](unsigned, auto) {}, take);
     return values;
 }
 
@@ -116,6 +126,32 @@ TEST(picture, is_the_same_with_any_number_of_threads_and_any_instruction_set) {
         hwy::SetSupportedTargetsForTest(0);
         hwy::GetChosenTarget().DeInit();
     }
+}
+
+TEST(picture, is_the_same_however_it_is_compressed) {
+    using sdk_open::compression_t;
+    const auto raw = sample("5d2_14bit_4comp_3slices_portrait.cr2");
+    const scratch_folder folder;
+    const auto tiff = folder.inq_path() / "out.tif";
+    ASSERT_EQ(convert(raw, tiff), "");
+    const picture_t wanted = read_tiff(tiff);
+    for (const auto& [compression, scheme] : {std::pair(compression_t::deflate, COMPRESSION_ADOBE_DEFLATE),
+                                              {compression_t::lzw, COMPRESSION_LZW},
+                                              {compression_t::zstd, COMPRESSION_ZSTD}}) {
+        sdk_open::set_compression(compression);
+        std::string files[2];
+        for (std::string& file : files) {
+            ::setenv("RAW_TO_TIFF_THREADS", &file == files ? "1" : "3", 1);
+            EXPECT_EQ(convert(raw, tiff), "");
+            file = read_file(tiff);
+        }
+        EXPECT_TRUE(files[0] == files[1]);
+        EXPECT_TRUE(read_tiff(tiff) == wanted);
+        EXPECT_EQ(short_of(tiff, TIFFTAG_COMPRESSION), scheme);
+        EXPECT_EQ(short_of(tiff, TIFFTAG_PREDICTOR), PREDICTOR_HORIZONTAL);
+    }
+    ::unsetenv("RAW_TO_TIFF_THREADS");
+    sdk_open::set_compression(compression_t::none);
 }
 
 // The mosaic is 800 x 600; the decoder takes 700 x 500 at (50, 40) of it for the picture.

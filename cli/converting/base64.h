@@ -1,0 +1,8 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+// The bytes 4d 61 give "TWE=".
+[[nodiscard]] std::string base64_of(std::span<const unsigned char> bytes);

@@ -1,0 +1,6 @@
+#pragma once
+
+#include "cli/result.h"
+
+// Does a job in this process, and takes the time. One call at a time.
+[[nodiscard]] result_t do_job(const job_t& job);

@@ -1,0 +1,97 @@
+#include "sdk/open/metadata/collected_facts.h"
+
+#include "sdk/open/identifying/camera_frame.h"
+#include "sdk/open/little_endian.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <tiff.h>
+#include <utility>
+
+namespace sdk_open {
+namespace {
+
+using field_list = std::vector<metadata_field>;
+
+// No maker's text is longer, but a hostile file's may be.
+constexpr std::size_t most_text = 200;
+
+// The bytes of a field's values; none where there is no such field of this type and number of bytes.
+std::span<const std::byte> bytes_of(const field_list& fields, std::uint16_t tag, TIFFDataType type,
+                                    std::size_t least_size) {
+    const auto found = std::ranges::find(fields, tag, &metadata_field::tag);
+    if (found == fields.end() || found->type != type || found->bytes.size() < least_size)
+        return {};
+    return found->bytes;
+}
+
+double rational_of(const field_list& fields, std::uint16_t tag) {
+    const auto bytes = bytes_of(fields, tag, TIFF_RATIONAL, 8);
+    if (bytes.empty())
+        return 0;
+    const std::uint32_t denominator = load_little_endian(bytes.subspan(4, 4));
+    return denominator == 0 ? 0 : static_cast<double>(load_little_endian(bytes.first(4))) / denominator;
+}
+
+unsigned short_of(const field_list& fields, std::uint16_t tag) {
+    const auto bytes = bytes_of(fields, tag, TIFF_SHORT, 2);
+    return bytes.empty() ? 0 : load_little_endian(bytes.first(2));
+}
+
+std::string text_of(const field_list& fields, std::uint16_t tag) {
+    std::string text;
+    for (const std::byte unit : bytes_of(fields, tag, TIFF_ASCII, 1)) {
+        if (unit == std::byte{0} || text.size() == most_text)
+            break;
+        text.push_back(static_cast<char>(unit));
+    }
+    return text;
+}
+
+// With dashes in the date, as elsewhere than in EXIF.
+std::string date_time_of(const picture_metadata& metadata) {
+    constexpr std::size_t regular_length = 19;
+    std::string text = text_of(metadata.exif, EXIFTAG_DATETIMEORIGINAL);
+    if (text.empty())
+        text = metadata.date_time.substr(0, most_text);
+    if (text.size() == regular_length)
+        std::replace(text.begin(), text.begin() + 10, ':', '-');
+    return text;
+}
+
+void add_geometry(picture_facts& facts, const libraw_data_t& data) {
+    constexpr std::array<unsigned, 8> orientations = {1, 2, 4, 3, 5, 8, 6, 7};
+    constexpr unsigned columns_become_rows = 4;
+    const auto flip = static_cast<unsigned>(data.sizes.flip) % orientations.size();
+    const mosaic_area frame = find_camera_frame(data);
+    facts.orientation = orientations[flip];
+    facts.width = frame.width;
+    facts.height = frame.height;
+    if ((flip & columns_become_rows) != 0)
+        std::swap(facts.width, facts.height);
+}
+
+void add_white_balance(picture_facts& facts, const libraw_colordata_t& color) {
+    const auto [red, green, blue, second_green] = color.cam_mul;
+    if (red > 0 && green > 0 && blue > 0)
+        facts.white_balance = {double{red} / green, 1, double{blue} / green};
+}
+
+} // namespace
+
+picture_facts collect_facts(const libraw_data_t& data, const picture_metadata& metadata) {
+    picture_facts facts;
+    facts.camera = metadata.model.substr(0, most_text);
+    facts.lens = text_of(metadata.exif, EXIFTAG_LENSMODEL);
+    facts.date_time = date_time_of(metadata);
+    facts.exposure_seconds = rational_of(metadata.exif, EXIFTAG_EXPOSURETIME);
+    facts.aperture = rational_of(metadata.exif, EXIFTAG_FNUMBER);
+    facts.focal_length = rational_of(metadata.exif, EXIFTAG_FOCALLENGTH);
+    facts.iso = short_of(metadata.exif, EXIFTAG_ISOSPEEDRATINGS);
+    add_geometry(facts, data);
+    add_white_balance(facts, data.color);
+    return facts;
+}
+
+} // namespace sdk_open

@@ -1,0 +1,24 @@
+#include "sdk/open/output_options.h"
+
+#include "sdk/open/writing/pixel_layout.h"
+
+namespace sdk_open {
+namespace {
+
+compression_t the_compression = compression_t::none;
+
+} // namespace
+
+bool can_compress(compression_t compression) noexcept {
+    return TIFFIsCODECConfigured(tiff_scheme(compression)) != 0;
+}
+
+void set_compression(compression_t compression) noexcept {
+    the_compression = compression;
+}
+
+compression_t inq_compression() noexcept {
+    return the_compression;
+}
+
+} // namespace sdk_open

@@ -1,0 +1,16 @@
+#pragma once
+
+namespace sdk_open {
+
+// How the pixels of a TIFF are stored. Reading gives the same pixels with each.
+enum class compression_t { none, deflate, lzw, zstd };
+
+// Whether the libtiff that is there can write it.
+[[nodiscard]] bool can_compress(compression_t compression) noexcept;
+
+// Holds for all pictures that this process saves from now on; before the first call they are not compressed.
+// Not to be called while one is being saved.
+void set_compression(compression_t compression) noexcept;
+[[nodiscard]] compression_t inq_compression() noexcept;
+
+} // namespace sdk_open
