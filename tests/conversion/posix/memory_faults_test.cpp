@@ -1,6 +1,7 @@
 #include "conversion/convert_raw_to_tiff.h"
 #include "conversion/edsdk.h"
 #include "sdk/open/identifying/own_decoder_libraw.h"
+#include "sdk/open/output_options.h"
 #include "tests/support/files_fixture.h"
 #include "tests/support/temporary_folder_setting.h"
 
@@ -77,11 +78,14 @@ namespace {
 
 class memory_faults_test : public files_fixture {
 protected:
-    memory_faults_test() {
-        std::filesystem::copy_file(SAMPLE_FILE, path("raw.cr2"));
-        make_folder("tmp");
+    memory_faults_test() { make_folder("tmp"); }
+    ~memory_faults_test() override { sdk_open::set_compression(sdk_open::compression_t::none); }
+
+    void prepare(const char* sample, sdk_open::compression_t compression) {
+        sdk_open::set_compression(compression);
+        write("raw.cr2", read_file(std::filesystem::path(SAMPLE_FOLDER) / sample));
         for (int i = 0; i < 2; ++i) // what is set up once is not asked for any more
-            EXPECT_EQ(convert({}), 0);
+            ASSERT_EQ(convert({}), 0);
         m_whole = read("out.tif").value();
     }
 
@@ -113,14 +117,21 @@ protected:
 // But for the first request of LibRaw's constructor, which it does not check. The code under test makes sure
 // beforehand that there is memory for it.
 TEST_F(memory_faults_test, leave_the_older_file_or_the_whole_new_one) {
-    const int n_requests = n_so_far;
-    const int n_unchecked = n_of_libraw + 1;
-    ASSERT_TRUE(n_requests > 100 && n_unchecked > 1) << "too few to mean something";
-    for (const bool lasts : {false, true})
-        for (int n = 1; n <= n_requests; ++n)
-            if (n != n_unchecked)
-                expect_sound_end({n, lasts});
-    std::cout << 2 * (n_requests - 1) << " shortages of memory\n";
+    const std::pair<const char*, sdk_open::compression_t> rows[] = {
+        {"5d2_1comp.cr2", sdk_open::compression_t::none},
+        {"10d_12bit_low_bits.crw", sdk_open::compression_t::lzw},
+    };
+    for (const auto& [sample, compression] : rows) {
+        prepare(sample, compression);
+        const int n_requests = n_so_far;
+        const int n_unchecked = n_of_libraw + 1;
+        ASSERT_TRUE(n_requests > 100 && n_unchecked > 1) << "too few to mean something";
+        for (const bool lasts : {false, true})
+            for (int n = 1; n <= n_requests; ++n)
+                if (n != n_unchecked)
+                    expect_sound_end({n, lasts});
+        std::cout << 2 * (n_requests - 1) << " shortages of memory\n";
+    }
 }
 
 } // namespace
