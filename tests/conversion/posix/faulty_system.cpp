@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdarg>
 #include <fcntl.h>
+#include <set>
 #include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/random.h>
@@ -21,7 +22,8 @@ bool is_at_work = false;
 bool hides_first_file = false;
 fault_t the_fault;
 int n_so_far = 0;
-std::string_view struck;
+std::string struck;
+std::set<int> new_files;
 std::vector<call_t> calls;
 
 bool is_one_of(std::string_view name, std::initializer_list<std::string_view> names) {
@@ -39,13 +41,13 @@ bool can_strike(std::string_view name) {
     return the_fault.error_number != 0 || transfers(name);
 }
 
-bool strikes(std::string_view name) {
+bool strikes(std::string_view name, int file = -1) {
     if (!is_at_work || !can_strike(name))
         return false;
     ++n_so_far;
     const bool is_later = the_fault.lasts && the_fault.n > 0 && n_so_far > the_fault.n;
     if (n_so_far == the_fault.n)
-        struck = name;
+        struck = std::string(name) + (new_files.contains(file) ? " of a new file" : "");
     return n_so_far == the_fault.n || (is_later && !is_one_of(name, {"unlink", "close"}));
 }
 
@@ -79,7 +81,7 @@ int change(const call_t& call, long number, Arguments... arguments) {
 template <typename... Position>
 ssize_t transfer(std::string_view name, long number, int file, const void* data, std::size_t size,
                  Position... position) {
-    if (size > 1 && strikes(name)) {
+    if (size > 1 && strikes(name, file)) {
         if (the_fault.error_number != 0)
             return fail(the_fault.error_number);
         size = 1;
@@ -95,7 +97,8 @@ section::section(const fault_t& fault, first_open_t first_open) {
     the_fault = fault;
     hides_first_file = first_open == first_open_t::finds_no_file;
     n_so_far = 0;
-    struck = {};
+    struck.clear();
+    new_files.clear();
     calls.clear();
     is_at_work = true;
 }
@@ -108,7 +111,7 @@ bool section::has_struck() const noexcept {
     return !struck.empty();
 }
 
-std::string_view section::inq_struck() const noexcept {
+const std::string& section::inq_struck() const noexcept {
     return struck;
 }
 
@@ -129,6 +132,8 @@ int open(const char* path, int flags, ...) { // NOLINT(cert-dcl50-cpp)
     if (is_at_work && std::exchange(hides_first_file, false))
         return fail(ENOENT);
     const int file = make("open", SYS_openat, AT_FDCWD, path, flags, mode);
+    if (file >= 0 && is_at_work && (flags & O_CREAT) != 0)
+        new_files.insert(file);
     if (file >= 0)
         keep({(flags & O_CREAT) != 0 ? "create" : "open", file, path});
     return file;
@@ -136,7 +141,8 @@ int open(const char* path, int flags, ...) { // NOLINT(cert-dcl50-cpp)
 
 // The descriptor is gone whatever the answer is.
 int close(int file) {
-    const bool is_struck = strikes("close");
+    const bool is_struck = strikes("close", file);
+    new_files.erase(file);
     const int answer = static_cast<int>(::syscall(SYS_close, file));
     return is_struck ? fail(the_fault.error_number) : answer;
 }
@@ -167,7 +173,7 @@ ssize_t pwrite(int file, const void* data, std::size_t size, off_t position) {
 
 // Going to the medium each time would take longer than all the rest.
 int fsync(int file) {
-    if (strikes("fsync"))
+    if (strikes("fsync", file))
         return fail(the_fault.error_number);
     keep({"fsync", file});
     return 0;

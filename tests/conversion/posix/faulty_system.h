@@ -36,7 +36,10 @@ public:
     ~section();
 
     [[nodiscard]] bool has_struck() const noexcept;
-    [[nodiscard]] std::string_view inq_struck() const noexcept; // the name of the first call struck
+
+    // The name of the first call struck, and whether it concerned a file that was made meanwhile: "close of a
+    // new file".
+    [[nodiscard]] const std::string& inq_struck() const noexcept;
     [[nodiscard]] const std::vector<call_t>& inq_calls() const noexcept;
 };
 
