@@ -1,6 +1,7 @@
 #include "sdk/open/identifying/raw_decoder.h"
 
 #include "sdk/open/failure.h"
+#include "sdk/open/identifying/canon_directories.h"
 #include "sdk/open/identifying/left_to_libraw.h"
 #include "sdk/open/identifying/raw_format.h"
 #include "sdk/open/system/large_block.h"
@@ -8,6 +9,8 @@
 #include <algorithm>
 #include <iterator>
 #include <new>
+#include <string_view>
+#include <vector>
 
 namespace sdk_open {
 namespace {
@@ -51,15 +54,33 @@ void correct_white_level(libraw_colordata_t& color, unsigned precision) {
         color.maximum = static_cast<unsigned>(recorded);
 }
 
+// LibRaw looks for the marks of another maker all over the file's first bytes.
+void refuse_foreign_marks(std::span<const std::byte> bytes) {
+    constexpr std::size_t looked_at = 32;
+    const auto first = bytes.first(std::min(bytes.size(), looked_at));
+    for (const std::string_view mark : {"IIII", "MMMM"}) {
+        const auto units = std::as_bytes(std::span(mark));
+        if (std::search(first.begin(), first.end(), units.begin(), units.end()) != first.end())
+            throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+    }
+}
+
+// The other format knows Canon's records only.
+std::vector<std::size_t> find_hidden_tags(std::span<const std::byte> bytes) {
+    const raw_format_t format = recognise_raw_format(bytes);
+    refuse_foreign_marks(bytes);
+    if (format == raw_format_t::cr2)
+        return find_foreign_entries(bytes);
+    return {};
+}
+
 } // namespace
 
-// LibRaw takes the bytes as writable and writes nothing.
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
-    : m_stream(const_cast<std::byte*>(bytes.data()), bytes.size()), // NOLINT
-      m_libraw(make_libraw()) {
-    static_cast<void>(recognise_raw_format(bytes));
+    : m_stream(bytes, find_hidden_tags(bytes)), m_libraw(make_libraw()) {
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     check(m_libraw->open_datastream(&m_stream));
+    m_stream.lift_limits();
     m_is_packed = is_left_to_libraw(*m_libraw);
     if (m_is_packed)
         check_packed(*m_libraw, bytes.size());

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sdk/open/identifying/bounded_datastream.h"
 #include "sdk/open/identifying/own_decoder_libraw.h"
 #include "sdk/open/identifying/pixel_data.h"
 
@@ -47,7 +48,7 @@ private:
     void decode_into(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows);
     void unpack();
 
-    LibRaw_buffer_datastream m_stream; // which LibRaw reads from
+    bounded_datastream m_stream; // which LibRaw reads from
     std::unique_ptr<own_decoder_libraw> m_libraw;
     std::unique_ptr<const pixel_data> m_stored; // until it is decoded; null where LibRaw must unpack
     bool m_is_packed = false;                   // for LibRaw to unpack

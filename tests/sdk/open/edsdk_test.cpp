@@ -1,6 +1,7 @@
 #include "sdk/open/failure.h"
 #include "sdk/open/identifying/raw_decoder.h"
 #include "tests/sdk/open/conversion_run.h"
+#include "tests/sdk/open/samples.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
@@ -52,6 +53,28 @@ damage fill(std::size_t position, char value) {
     return [=](std::string& file) { file.replace(position, 2000, 2000, value); };
 }
 
+// Replaces the resolution unit of the first directory of the .cr2 by a pointer to what is put behind the
+// file.
+damage append(std::string_view entry, const std::string& bytes) {
+    return [=](std::string& file) {
+        std::string added(entry);
+        for (std::size_t shift = 0; shift < 32; shift += 8)
+            added.push_back(static_cast<char>(file.size() >> shift & 0xffU));
+        constexpr std::string_view resolution_unit("\x28\1\3\0\1\0\0\0", 8);
+        file.replace(file.find(resolution_unit), added.size(), added);
+        file += bytes;
+    };
+}
+
+// A packet of another maker's notes, which may hold others.
+std::string packets(std::size_t count) {
+    const std::string one = std::string("STKP\0\0\0\0", 8) + std::string(40, 'x') + "\xff\xff\xff\x7f";
+    std::string all;
+    while (count-- > 0)
+        all += one;
+    return all;
+}
+
 TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
     constexpr auto cr2 = "5d2_1comp.cr2";
     constexpr auto crw = "d60_12bit_table2_portrait.crw";
@@ -75,6 +98,11 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         {"slices of no width", cr2, patch(slices, 2, std::string("\0\0\xc8\1", 4))},
         {"too many slices", cr2, patch(slices, 0, "\xff\xff")},
         {"columns beyond the sensor", cr2, patch(borders, 4, "\xf4")},
+        {"another maker's mark", crw, patch("HEAPCCDR", 12, "IIII")},
+        {"another maker", cr2, patch({"Canon\0", 6}, 0, "Nikon")},
+        {"directories within the picture", cr2, patch("\xff\xd8", 12, "II")},
+        {"directory that follows itself", cr2,
+         patch({"\x40\xc6\3\0\3\0\0\0", 8}, 12, std::string("\x10\0\0\0", 4))},
         {"a byte short", crw, cut_off(1)},
         {"blanked codes", crw, fill(160'000, '\0')},
         {"filled codes", crw, fill(160'000, '\x55')},
@@ -92,6 +120,22 @@ TEST(damaged_input, is_refused_with_a_reason_before_there_is_an_output) {
         EXPECT_TRUE(!reason.empty() && reason.find("cannot") == std::string::npos) << reason;
         EXPECT_EQ(list_folder(folder.inq_path()).size(), 1U);
     }
+}
+
+// LibRaw would call itself for each of them until the stack is full.
+TEST(damaged_input, notes_of_another_maker_are_passed_over) {
+    constexpr std::string_view notes("\6\x86\4\0\5\0\0\0", 8);
+    const scratch_folder folder;
+    const auto raw = folder.inq_path() / "in.cr2";
+    const auto tiff = folder.inq_path() / "out.tif";
+    std::string bytes = read_file(sample("5d2_1comp.cr2"));
+    write_file(raw, bytes);
+    EXPECT_EQ(convert(raw, tiff), "");
+    const std::string wanted = read_file(tiff);
+    append(notes, packets(100'000))(bytes);
+    write_file(raw, bytes);
+    EXPECT_EQ(convert(raw, tiff), "");
+    EXPECT_EQ(read_file(tiff), wanted);
 }
 
 // Other threads may still be developing what was decoded before.

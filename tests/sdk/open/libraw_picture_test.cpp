@@ -7,6 +7,8 @@
 #include "tests/sdk/open/decoding/lossless_jpeg_writer.h"
 #include "tests/support/scratch_folder.h"
 
+#include "tests/sdk/open/samples.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -4,6 +4,7 @@
 #include "sdk/open/output_options.h"
 #include "sdk/open/writing/tiff_handle.h"
 #include "tests/sdk/open/conversion_run.h"
+#include "tests/sdk/open/samples.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #include "tests/sdk/open/conversion_run.h"
+#include "tests/sdk/open/samples.h"
 #include "tests/support/posix/without_privileges.h"
 #include "tests/support/scratch_folder.h"
 
