@@ -36,8 +36,8 @@ install_packages() {
     DEBIAN_FRONTEND=noninteractive quietly apt-install apt-get install -y --no-install-recommends $missing
 }
 
-build_packages=(g++ cmake ninja-build pkg-config libraw-dev libtiff-dev liblcms2-dev libhwy-dev libcli11-dev
-    nlohmann-json3-dev libturbojpeg0-dev libgtest-dev)
+build_packages=(g++ cmake ninja-build pkg-config libraw-dev libtiff-dev liblcms2-dev libhwy-dev libseccomp-dev
+    libcli11-dev nlohmann-json3-dev libturbojpeg0-dev libgtest-dev)
 windows_packages=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine wine64 libc6-i386 googletest)
 
 # Sets sample_picture to a real camera's picture, an EOS 30D raw file of Debian's rawtran-doc. A machine that

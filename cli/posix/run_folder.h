@@ -14,6 +14,8 @@ public:
     run_folder& operator=(const run_folder&) = delete;
     ~run_folder();
 
+    [[nodiscard]] const std::string& inq_path() const noexcept { return m_path; }
+
     // An empty folder for a worker, whatever its predecessor left there. Throws std::system_error.
     [[nodiscard]] std::string make_fresh(unsigned worker) const;
 

@@ -33,8 +33,8 @@ void apply(const worker_settings_t& settings) {
         ::setrlimit(RLIMIT_AS, &memory);
 }
 
-int do_what_comes() {
-    if (!send_message(worker_socket, ready_message))
+int do_what_comes(const std::string& bounds) {
+    if (!send_message(worker_socket, ready_message + bounds))
         return EXIT_FAILURE;
     while (const auto message = receive_message(worker_socket)) {
         const auto job = job_of_json(*message);
@@ -47,12 +47,13 @@ int do_what_comes() {
 } // namespace
 
 // Ends without the program's own clean-up, and without what the program has not written yet.
-void become_worker(const worker_settings_t& settings, int socket) noexcept {
+void become_worker(const worker_settings_t& settings, const containment& bounds, int socket) noexcept {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     try {
         keep_only(socket);
+        const std::string contained_by = bounds.enter();
         apply(settings);
-        ::_exit(do_what_comes());
+        ::_exit(do_what_comes(contained_by));
     } catch (const std::bad_alloc&) {
         ::_exit(worker_out_of_memory);
     } catch (...) {

@@ -35,7 +35,7 @@ worker_end_t describe_end(int status) {
 
 // The program has one thread, so that its copy may do anything; starting it anew would cost as much as
 // developing a megapixel.
-worker_process::worker_process(const worker_settings_t& settings) {
+worker_process::worker_process(const worker_settings_t& settings, const containment& bounds) {
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
         throw_not_started(errno);
@@ -43,7 +43,7 @@ worker_process::worker_process(const worker_settings_t& settings) {
     const descriptor its_end(ends[1]);
     m_process = ::fork();
     if (m_process == 0)
-        become_worker(settings, its_end.inq());
+        become_worker(settings, bounds, its_end.inq());
     if (m_process < 0)
         throw_not_started(errno);
 }

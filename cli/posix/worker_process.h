@@ -18,7 +18,7 @@ struct worker_end_t {
 class worker_process final {
 public:
     // Throws std::system_error where the process cannot be started.
-    explicit worker_process(const worker_settings_t& settings);
+    worker_process(const worker_settings_t& settings, const containment& bounds);
     worker_process(worker_process&& other) noexcept;
     worker_process& operator=(worker_process&&) = delete;
     ~worker_process();

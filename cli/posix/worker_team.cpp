@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <poll.h>
+#include <string_view>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -45,6 +46,7 @@ worker_team::worker_team(const std::vector<job_t>& jobs, const limits_t& limits,
     : m_jobs(jobs),
       m_limits(limits),
       m_reports(reports),
+      m_bounds(jobs, m_folder.inq_path()),
       m_seats(count_workers(jobs.size(), limits)),
       m_threads(std::max(sdk_open::inq_worker_count() / count_workers(jobs.size(), limits), 1U)) {}
 
@@ -80,7 +82,8 @@ void worker_team::fill_seats() {
         ++number;
         if (seat.worker || !has_job_waiting())
             continue;
-        seat.worker.emplace(worker_settings_t{m_folder.make_fresh(number), m_threads, m_limits.memory_bytes});
+        const worker_settings_t settings{m_folder.make_fresh(number), m_threads, m_limits.memory_bytes};
+        seat.worker.emplace(settings, m_bounds);
         seat.is_ready = false;
         seat.start = std::chrono::steady_clock::now();
     }
@@ -115,10 +118,8 @@ bool worker_team::wait_for_news() {
 
 void worker_team::take_message(seat_t& seat) {
     const auto message = seat.worker->receive();
-    if (message && !seat.is_ready && *message == ready_message) {
-        seat.is_ready = true;
-        m_failed_starts = 0;
-        hand_out_job(seat);
+    if (message && !seat.is_ready && message->starts_with(ready_message)) {
+        welcome(seat, *message);
         return;
     }
     auto result = message && seat.job != nullptr ? result_of_json(*message) : std::nullopt;
@@ -126,6 +127,14 @@ void worker_team::take_message(seat_t& seat) {
         take_result(seat, std::move(*result));
     else
         replace_ended(seat);
+}
+
+void worker_team::welcome(seat_t& seat, const std::string& message) {
+    seat.is_ready = true;
+    m_failed_starts = 0;
+    if (!std::exchange(m_has_told_bounds, true))
+        m_reports.note("the workers are " + message.substr(std::string_view(ready_message).size()));
+    hand_out_job(seat);
 }
 
 void worker_team::take_result(seat_t& seat, result_t result) {

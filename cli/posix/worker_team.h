@@ -43,6 +43,7 @@ private:
     void hand_out_job(seat_t& seat);
     [[nodiscard]] bool wait_for_news();
     void take_message(seat_t& seat);
+    void welcome(seat_t& seat, const std::string& message);
     void take_result(seat_t& seat, result_t result);
     void replace_ended(seat_t& seat);
     void forgive_standstill();
@@ -56,10 +57,12 @@ private:
     reports& m_reports;
     stop_signals m_signals;
     run_folder m_folder;
+    containment m_bounds;
     std::vector<seat_t> m_seats;
     unsigned m_threads; // of each worker
     time_t m_last_round = std::chrono::steady_clock::now();
     std::size_t m_next = 0;
     int m_failed_starts = 0; // one after another
+    bool m_has_told_bounds = false;
     bool m_is_stopping = false;
 };

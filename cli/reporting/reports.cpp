@@ -3,6 +3,11 @@
 #include <stdexcept>
 #include <utility>
 
+void reports::note(std::string_view text) {
+    for (const auto& sink : m_sinks)
+        sink->note(text);
+}
+
 void reports::take(const result_t& result) {
     m_tally.add(result);
     for (const auto& sink : m_sinks)

@@ -4,6 +4,7 @@
 #include "cli/reporting/tally.h"
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 // Counts the results of a run and hands them to all who want them.
@@ -13,6 +14,7 @@ public:
 
     void add(std::unique_ptr<result_sink> sink) { m_sinks.push_back(std::move(sink)); }
 
+    void note(std::string_view text);
     void take(const result_t& result);
     void tick();
 

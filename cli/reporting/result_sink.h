@@ -2,6 +2,8 @@
 
 #include "cli/result.h"
 
+#include <string_view>
+
 class tally;
 
 // How a run ended.
@@ -18,6 +20,9 @@ public:
     result_sink(const result_sink&) = delete;
     result_sink& operator=(const result_sink&) = delete;
     virtual ~result_sink() = default;
+
+    // How the run goes about it, for those who want to know.
+    virtual void note(std::string_view) {}
 
     // A file is done, and counted.
     virtual void take(const result_t& result, const tally& so_far) = 0;

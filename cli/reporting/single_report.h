@@ -9,6 +9,7 @@ class single_report final : public result_sink {
 public:
     explicit single_report(verbosity_t verbosity) : m_verbosity(verbosity) {}
 
+    void note(std::string_view text) override;
     void take(const result_t& result, const tally& so_far) override;
     void finish(ending_t ending, const tally& sum) override;
 

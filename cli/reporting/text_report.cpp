@@ -11,6 +11,11 @@ constexpr auto time_between_lines = 30s;
 
 } // namespace
 
+void text_report::note(std::string_view text) {
+    if (m_verbosity == verbosity_t::verbose)
+        m_screen.write_line(text);
+}
+
 void text_report::take(const result_t& result, const tally&) {
     if (!is_done(result.outcome))
         m_screen.write_failure(describe(result));

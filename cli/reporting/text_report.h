@@ -15,6 +15,7 @@ public:
     text_report(verbosity_t verbosity, progress_form_t form)
         : m_verbosity(verbosity), m_has_bar(form == progress_form_t::bar && m_screen.has_status()) {}
 
+    void note(std::string_view text) override;
     void take(const result_t& result, const tally& so_far) override;
     void tick(const tally& so_far) override;
     void finish(ending_t ending, const tally& sum) override;

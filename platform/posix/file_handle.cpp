@@ -58,7 +58,7 @@ bool file_handle::write(std::span<const std::byte> bytes) noexcept {
 }
 
 bool file_handle::close() noexcept {
-    return ::close(std::exchange(m_descriptor, -1)) == 0;
+    return ::close(std::exchange(m_descriptor, -1)) == 0 || errno == EINTR;
 }
 
 } // namespace platform

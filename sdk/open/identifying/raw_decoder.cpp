@@ -4,6 +4,7 @@
 #include "sdk/open/identifying/canon_directories.h"
 #include "sdk/open/identifying/left_to_libraw.h"
 #include "sdk/open/identifying/raw_format.h"
+#include "sdk/open/system/large_block.h"
 
 #include <algorithm>
 #include <iterator>
@@ -33,6 +34,15 @@ void check(int libraw_answer) {
     default:
         throw_damaged("the pixel data are damaged");
     }
+}
+
+// LibRaw's constructor does not look whether it gets the little memory that it asks for, and would fall over
+// what is missing: there has to be some. A block that is given back stays with the process.
+std::unique_ptr<own_decoder_libraw> make_libraw() {
+    constexpr std::size_t more_than_it_asks_for = 64 << 10; // bytes
+    static_cast<void>(large_block(more_than_it_asks_for));
+    return std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
+                                                LIBRAW_OPIONS_NO_DATAERR_CALLBACK);
 }
 
 // The decoder's white level is a fixed one for each camera model. The camera itself records the level that
@@ -67,9 +77,7 @@ std::vector<std::size_t> find_hidden_tags(std::span<const std::byte> bytes) {
 } // namespace
 
 raw_decoder::raw_decoder(std::span<const std::byte> bytes)
-    : m_stream(bytes, find_hidden_tags(bytes)),
-      m_libraw(std::make_unique<own_decoder_libraw>(LIBRAW_OPIONS_NO_MEMERR_CALLBACK |
-                                                    LIBRAW_OPIONS_NO_DATAERR_CALLBACK)) {
+    : m_stream(bytes, find_hidden_tags(bytes)), m_libraw(make_libraw()) {
     m_libraw->imgdata.params.max_raw_memory_mb = most_raw_memory;
     check(m_libraw->open_datastream(&m_stream));
     m_stream.lift_limits();

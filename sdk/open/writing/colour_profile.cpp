@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <lcms2.h>
+#include <lcms2_plugin.h>
 #include <memory>
 
 namespace sdk_open {
@@ -18,6 +19,27 @@ struct profile_closer {
 };
 using context_handle = std::unique_ptr<_cmsContext_struct, context_closer>;
 using profile_handle = std::unique_ptr<void, profile_closer>;
+
+// Little CMS takes its locks from the heap without a look at whether there is memory for them. A profile that
+// one thread makes needs none.
+void* make_no_lock(cmsContext context) {
+    return context;
+}
+void drop_no_lock(cmsContext, void*) {}
+cmsBool lock_nothing(cmsContext, void*) {
+    return TRUE;
+}
+void unlock_nothing(cmsContext, void*) {}
+
+context_handle make_context() {
+    constexpr cmsUInt32Number first_version_with_locks = 2060;
+    cmsPluginMutex no_locks{{cmsPluginMagicNumber, first_version_with_locks, cmsPluginMutexSig, nullptr},
+                            make_no_lock,
+                            drop_no_lock,
+                            lock_nothing,
+                            unlock_nothing};
+    return context_handle(cmsCreateContext(&no_locks, nullptr));
+}
 
 [[noreturn]] void throw_no_profile() {
     throw failure(error_code_t::failed, "cannot make the colour profile");
@@ -36,7 +58,7 @@ void set_creation_date(std::vector<std::byte>& profile) {
 } // namespace
 
 std::vector<std::byte> make_srgb_profile() {
-    const context_handle context(cmsCreateContext(nullptr, nullptr));
+    const context_handle context = make_context();
     if (!context)
         throw_no_profile();
     const profile_handle profile(cmsCreate_sRGBProfileTHR(context.get()));

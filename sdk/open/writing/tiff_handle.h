@@ -1,12 +1,18 @@
 #pragma once
 
+#include <fcntl.h>
 #include <memory>
 #include <tiffio.h>
 
 namespace sdk_open {
 
+// Finishes nothing: who writes has flushed before, and after a failure libtiff would fall over what is
+// missing.
 struct tiff_closer {
-    void operator()(TIFF* file) const noexcept { TIFFClose(file); }
+    void operator()(TIFF* file) const noexcept {
+        TIFFSetMode(file, O_RDONLY);
+        TIFFClose(file);
+    }
 };
 
 // An open TIFF file of libtiff's.

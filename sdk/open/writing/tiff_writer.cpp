@@ -110,10 +110,14 @@ public:
 private:
     [[nodiscard]] TIFF* file() const noexcept { return m_tiff.get(); }
 
-    void check(bool succeeded) const {
+    // Where libtiff fails on its own, for lack of memory, it may have counted fields that it has not got: to
+    // close it would end the process.
+    void check(bool succeeded) {
         m_sink.rethrow();
-        if (!succeeded)
-            throw failure(error_code_t::failed, "cannot make the TIFF");
+        if (succeeded)
+            return;
+        static_cast<void>(m_tiff.release());
+        throw failure(error_code_t::failed, "cannot make the TIFF");
     }
 
     template <typename... Values>

@@ -1,6 +1,9 @@
 #include "tests/cli/posix/program_fixture.h"
 
+#include <linux/landlock.h>
 #include <random>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -36,6 +39,27 @@ TEST_F(workers_test, lose_only_their_own_file) {
         fs::remove_all("out");
     }
     EXPECT_EQ(run({"in/b crash.cr2", "single.tif"}, preload), 11);
+}
+
+TEST_F(workers_test, are_contained) {
+    if (::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) < 1)
+        GTEST_SKIP() << "a kernel without Landlock";
+    for (const char* name : {"a.cr2", "b write.cr2", "c read.cr2", "d socket.cr2", "e program.cr2", "f.cr2"})
+        add_raw_file(name);
+    fs::create_directory("linked");
+    fs::rename("in/f.cr2", "linked/picture");
+    fs::create_symlink("../linked/picture", "in/f.cr2");
+    EXPECT_EQ(run({"-vrd", "out", "in", "-j", "1"}, preload), 3);
+    EXPECT_EQ(list_outputs(), "out/a.tif out/f.tif ");
+    const char* const complaints[] = {
+        "the workers are contained by Landlock and a filter of system calls",
+        "in/b write.cr2: cannot open it: Permission denied",
+        "in/c read.cr2: cannot open it: Permission denied",
+        "in/d socket.cr2: the process that converted it ended: Bad system call",
+        "in/e program.cr2: the process that converted it ended: Bad system call"};
+    for (const char* const complaint : complaints)
+        EXPECT_NE(m_errors.find(complaint), std::string::npos) << m_errors;
+    EXPECT_FALSE(fs::exists("elsewhere"));
 }
 
 TEST_F(workers_test, have_a_memory_limit) {

@@ -101,7 +101,7 @@ void flush_folder(const std::string& path) noexcept {
         uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (folder == -1)
         return;
-    ::fsync(folder);
+    uninterrupted([&] { return ::fsync(folder); });
     ::close(folder);
 }
 

@@ -1,0 +1,70 @@
+#include "cli/posix/landlock.h"
+
+#include "cli/posix/descriptor.h"
+
+#include <cstdint>
+#include <fcntl.h>
+#include <linux/landlock.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+// Younger than the headers of some systems that have it, like the versions that brought them.
+constexpr std::uint64_t truncate_right = 1U << 14U;
+constexpr long version_with_moves = 2;
+constexpr long version_with_truncate = 3;
+
+constexpr std::uint64_t reading = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
+constexpr std::uint64_t writing = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_FILE |
+                                  LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_MAKE_DIR;
+constexpr std::uint64_t never_needed = LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_REMOVE_DIR |
+                                       LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_SOCK |
+                                       LANDLOCK_ACCESS_FS_MAKE_FIFO | LANDLOCK_ACCESS_FS_MAKE_BLOCK |
+                                       LANDLOCK_ACCESS_FS_MAKE_SYM;
+
+// 0 or less where there is no Landlock.
+long inq_version() noexcept {
+    return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
+}
+
+// All that is forbidden unless a rule allows it.
+std::uint64_t forbidden_by(long version) noexcept {
+    std::uint64_t rights = reading | writing | never_needed;
+    if (version >= version_with_moves)
+        rights |= LANDLOCK_ACCESS_FS_REFER;
+    if (version >= version_with_truncate)
+        rights |= truncate_right;
+    return rights;
+}
+
+descriptor make_ruleset(long version) noexcept {
+    const landlock_ruleset_attr forbidden{forbidden_by(version)};
+    return descriptor(
+        static_cast<int>(::syscall(SYS_landlock_create_ruleset, &forbidden, sizeof forbidden, 0)));
+}
+
+void allow(const descriptor& ruleset, const std::string& path, std::uint64_t rights) noexcept {
+    const descriptor place(::open(path.c_str(), O_PATH | O_CLOEXEC));
+    struct stat found {};
+    if (!place.is_open() || ::fstat(place.inq(), &found) != 0)
+        return;
+    const std::uint64_t meaningful = S_ISDIR(found.st_mode) ? rights : rights & LANDLOCK_ACCESS_FS_READ_FILE;
+    const landlock_path_beneath_attr rule{meaningful, place.inq()};
+    ::syscall(SYS_landlock_add_rule, ruleset.inq(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0);
+}
+
+} // namespace
+
+bool landlock::restrict_files(const std::set<std::string>& read, const std::set<std::string>& written) {
+    const long version = inq_version();
+    const descriptor ruleset = version > 0 ? make_ruleset(version) : descriptor();
+    if (!ruleset.is_open())
+        return false;
+    for (const std::string& path : read)
+        allow(ruleset, path, reading);
+    for (const std::string& path : written)
+        allow(ruleset, path, reading | writing);
+    return ::syscall(SYS_landlock_restrict_self, ruleset.inq(), 0) == 0;
+}
