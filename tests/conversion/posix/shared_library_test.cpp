@@ -30,9 +30,10 @@ TEST_F(shared_library_test, converts_for_a_host_that_loads_it_or_fails_cleanly_w
         memory.stop();
 
         has_failed = memory.inq_failed();
-        EXPECT_EQ(result, has_failed ? 11 : 0) << n;
+        const bool is_converted = result == 0; // which needs no second thread
+        EXPECT_TRUE(is_converted || (has_failed && result == 11)) << n;
         EXPECT_EQ(memory.inq_held(), 0) << n;
-        EXPECT_TRUE(read("\u0442 2.tif")->starts_with(has_failed ? "older" : "II*")) << n;
+        EXPECT_TRUE(read("\u0442 2.tif")->starts_with(is_converted ? "II*" : "older")) << n;
         EXPECT_EQ(list(), "1.CR2 \u0442 2.tif ") << n;
         EXPECT_TRUE(has_failed || n > 50) << "too few to mean something";
     }
