@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compares raw-to-tiff with other raw converters: time and memory of whole processes, and what the pictures are worth
-# where the truth is known (X.truth.tif beside X.cr2 or X.crw).
+# where the truth is known (X.truth.tif beside X.cr2 or X.crw). The files lie in memory: no disk is measured.
 #
 #   bench/compare.sh [--install] [--publish] [-n RUNS] [-p PROGRAM] RAW ...
 #
@@ -60,7 +60,7 @@ results=$root/build/compare
 rm -rf "$results"
 mkdir -p "$results"
 touch "$results/notes"
-work=$(mktemp -d)
+work=$(mktemp -d /dev/shm/compare.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
