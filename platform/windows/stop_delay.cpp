@@ -1,9 +1,29 @@
 #include "platform/stop_delay.h"
 
-namespace platform {
+#include <atomic>
+#include <windows.h>
 
-// Nothing is put off: Ctrl-C ends the program at any moment.
-stop_delay::stop_delay() noexcept = default;
-stop_delay::~stop_delay() = default;
+namespace platform {
+namespace {
+
+std::atomic<bool> has_been_asked{false};
+
+BOOL WINAPI note_request(DWORD /*event*/) noexcept {
+    has_been_asked = true;
+    return TRUE;
+}
+
+} // namespace
+
+stop_delay::stop_delay() noexcept {
+    has_been_asked = false;
+    ::SetConsoleCtrlHandler(note_request, TRUE);
+}
+
+stop_delay::~stop_delay() {
+    ::SetConsoleCtrlHandler(note_request, FALSE);
+    if (has_been_asked)
+        ::GenerateConsoleCtrlEvent(CTRL_C_EVENT, 0);
+}
 
 } // namespace platform
