@@ -15,6 +15,15 @@ using component_codes = std::array<std::shared_ptr<const prefix_code>, most_jpeg
 template <std::size_t streams>
 using difference_targets = std::array<std::uint16_t*, streams>;
 
+// Reads the next difference, modulo 2^16. Throws failure(damaged_picture) where there is no code.
+inline std::uint16_t read_difference(bit_cursor& cursor, const prefix_code& code) {
+    cursor.refill();
+    const coded_difference found = code.find(cursor.inq_bits());
+    const auto difference = static_cast<std::uint16_t>(found.value(cursor.inq_bits()));
+    cursor.skip(found.length);
+    return difference;
+}
+
 // Reads so many columns, one difference modulo 2^16 for each component. The next code waits for the length of
 // the one before, so that two streams take turns in hardly more time than one. Two codes seldom take more
 // bits than a refill gives: one refill serves two components. Throws failure(damaged_picture) where there is

@@ -87,11 +87,8 @@ bool scan_piece::meet(const scan_place& place, const lossless_jpeg& jpeg) {
             std::copy_n(lead.begin(), n_lead, m_differences.get() + m_first);
             return true;
         } else {
-            cursor.refill();
-            const coded_difference found = jpeg.codes[component]->find(cursor.inq_bits());
-            lead[n_lead++] = static_cast<std::uint16_t>(found.value(cursor.inq_bits()));
-            cursor.skip(found.length);
-            bit += found.length;
+            lead[n_lead++] = read_difference(cursor, *jpeg.codes[component]);
+            bit = cursor.inq_distance(m_bytes.data());
             component = (component + 1) % jpeg.components;
         }
     }
@@ -124,10 +121,7 @@ void scan_piece::read_rest(unsigned component, const lossless_jpeg& jpeg) {
 }
 
 void scan_piece::read_code(bit_cursor& cursor, const prefix_code& code) {
-    cursor.refill();
-    const coded_difference found = code.find(cursor.inq_bits());
-    *inq_target() = static_cast<std::uint16_t>(found.value(cursor.inq_bits()));
-    cursor.skip(found.length);
+    *inq_target() = read_difference(cursor, code);
     move_on(cursor, 1);
 }
 

@@ -69,9 +69,7 @@ std::uint16_t scan_reader::read_one(std::size_t component) {
         return difference;
     }
     bit_cursor cursor = m_segment.resume(most_code_bytes);
-    const coded_difference found = m_jpeg.codes[component]->find(cursor.inq_bits());
-    const auto difference = static_cast<std::uint16_t>(found.value(cursor.inq_bits()));
-    cursor.skip(found.length);
+    const std::uint16_t difference = read_difference(cursor, *m_jpeg.codes[component]);
     m_segment.suspend(cursor);
     return difference;
 }
