@@ -33,7 +33,8 @@ protected:
         const std::string browser =
             "HOME='" + m_scratch.inq_path().string() +
             "' chromium --headless --no-sandbox --disable-gpu --virtual-time-budget=9999 "
-            "--dump-dom visited.html >visited 2>browser-errors";
+            "--dump-dom 'file://" +
+            (m_folder / "visited.html").string() + "' >visited 2>browser-errors";
         EXPECT_EQ(std::system(browser.c_str()), 0) << read_file("browser-errors");
         return read_file("visited");
     }
