@@ -1,6 +1,6 @@
 # What every target of the project is compiled with.
 #
-# project_options: the include root, the warnings, and the sanitizers of the chosen preset.
+# project_options: the include root, the warnings, and the sanitizers or counters of the chosen preset.
 
 set(RAW_TO_TIFF_SANITIZERS "" CACHE STRING "Sanitizers to build with, comma-separated, for example address,undefined")
 
@@ -31,4 +31,13 @@ if(RAW_TO_TIFF_SANITIZERS)
   target_compile_options(project_options INTERFACE -fsanitize=${RAW_TO_TIFF_SANITIZERS} -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)
   target_link_options(project_options INTERFACE -fsanitize=${RAW_TO_TIFF_SANITIZERS})
+endif()
+
+# The counts are kept in files that are mapped into memory: those of a worker that is killed, or that may not open files
+# any more, are not lost.
+option(RAW_TO_TIFF_COVERAGE "Count which lines and branches run; Clang only" OFF)
+if(RAW_TO_TIFF_COVERAGE)
+  target_compile_options(project_options INTERFACE -fprofile-instr-generate -fcoverage-mapping
+                                                   "SHELL:-mllvm -runtime-counter-relocation")
+  target_link_options(project_options INTERFACE -fprofile-instr-generate)
 endif()

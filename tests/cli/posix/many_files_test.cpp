@@ -180,24 +180,4 @@ TEST_F(many_files_test, minds_what_exists) {
     }
 }
 
-TEST_F(many_files_test, shows_failures_in_red_on_a_terminal) {
-    if (std::system("script -qc true /dev/null >script.log 2>&1") != 0)
-        GTEST_SKIP() << read_file("script.log");
-    const struct {
-        std::string setting;
-        std::string first_line;
-    } rows[] = {
-        {"NO_COLOR=", "raw-to-tiff: \x1b[31min/bad.crw: no Canon raw picture in it\x1b[0m\r\n"},
-        {"NO_COLOR=1", "raw-to-tiff: in/bad.crw: no Canon raw picture in it\r\n"},
-    };
-    for (const auto& [setting, first_line] : rows) {
-        const std::string command = setting + " TERM=xterm script -qec \"stty cols 100; " +
-                                    command_of({"in/bad.crw", "in/a.CR2", "-d", "out"}) +
-                                    "\" /dev/null >output";
-        EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
-        EXPECT_TRUE(read_file("output").starts_with(first_line)) << read_file("output");
-        fs::remove_all("out");
-    }
-}
-
 } // namespace

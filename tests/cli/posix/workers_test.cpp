@@ -9,9 +9,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr auto preload =
-    "ASAN_OPTIONS=detect_leaks=0:handle_segv=0:verify_asan_link_order=0 LD_PRELOAD='" FATEFUL_CALLS "' ";
-
 class workers_test : public program_fixture {
 protected:
     workers_test() {

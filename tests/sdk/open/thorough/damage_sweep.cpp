@@ -107,12 +107,15 @@ public:
 
 private:
     [[nodiscard]] std::vector<damage> make_damages() {
-        constexpr std::size_t head = 4096;
+        const std::size_t head = std::min<std::size_t>(4096, m_intact.size() - 1);
         std::uniform_int_distribution<std::size_t> anywhere(0, m_intact.size() - 1);
+        std::uniform_int_distribution<std::size_t> elsewhere(head, m_intact.size() - 1);
         std::vector<damage> damages;
-        for (std::size_t n = 0; n < head + 2000; ++n)
+        for (std::size_t n = 0; n < head + 2000; ++n) {
+            const std::size_t position = n < head ? n : elsewhere(m_random);
             for (std::size_t way = 0; way < cut; ++way)
-                damages.push_back({n < head ? n % m_intact.size() : anywhere(m_random), way});
+                damages.push_back({position, way});
+        }
         for (unsigned n = 0; n < 500; ++n)
             damages.push_back({anywhere(m_random), cut});
         std::erase_if(damages, [this](const damage& made) {
