@@ -46,7 +46,7 @@ TEST(renaming, spares_an_existing_target_where_the_file_system_would_not) {
         int error;
         std::vector<std::string> left;
     } rows[] = {
-        {"file", "new", 0, {"folder", "nowhere", "new", "other"}},
+        {"file", "new", 0, {"folder", "new", "nowhere", "other"}},
         {"file", "other", EEXIST, {"file", "folder", "nowhere", "other"}},
         {"file", "nowhere", EEXIST, {"file", "folder", "nowhere", "other"}}, // a link that leads there
         {"folder", "new", 0, {"file", "new", "nowhere", "other"}},
