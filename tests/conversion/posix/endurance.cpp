@@ -43,7 +43,7 @@ struct limit {
 
 // Between the two tenths lie 8,000 of 10,000 conversions, for each of which 16 KiB are 2 bytes, or 160 of the
 // 200 of an ordinary test. Without a leak the heap grew by up to 8 KiB: malloc keeps short lists of free
-// blocks for each thread, and counts them as given out. The pages grew by up to 16 KiB.
+// blocks for each thread, and counts them as given out. The pages grew by up to 24 KiB.
 constexpr limit limits[] = {
     {"open files", &sample::open_files, 0},
     {"threads", &sample::threads, 0},
