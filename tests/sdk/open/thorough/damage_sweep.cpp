@@ -206,11 +206,15 @@ int main(int argc, char** argv) {
     std::printf("%-40s%8s%8s%8s%8s%8s%8s %6s %8s %8s\n", "", "refused", "same", "other", "mute", "died",
                 "seconds", "MiB", "changed", "noticed");
     bool is_well = true;
-    for (const std::filesystem::path file : std::span(argv + 2, argv + argc)) {
-        file_sweep sweep(file, std::getenv("DAMAGE_SWEEP_CONVERTER"));
-        is_well = sweep.sweep(static_cast<unsigned>(share)) && is_well;
-        sweep.print(file.filename());
-        std::fflush(stdout);
-    }
+    for (const std::filesystem::path file : std::span(argv + 2, argv + argc))
+        try {
+            file_sweep sweep(file, std::getenv("DAMAGE_SWEEP_CONVERTER"));
+            is_well = sweep.sweep(static_cast<unsigned>(share)) && is_well;
+            sweep.print(file.filename());
+            std::fflush(stdout);
+        } catch (const std::exception& problem) {
+            std::cerr << "damage_sweep: " << problem.what() << '\n';
+            return 2;
+        }
     return is_well ? 0 : 1;
 }
