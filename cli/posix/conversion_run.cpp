@@ -8,7 +8,7 @@
 
 namespace {
 
-std::string folder_of(const std::string& file) {
+std::string parent_folder(const std::string& file) {
     return std::filesystem::path(file).parent_path().string();
 }
 
@@ -18,9 +18,9 @@ void tidy_up(const std::vector<job_t>& jobs, const options_t& options) {
     std::set<std::string> folders;
     for (const job_t& job : jobs)
         if (!job.output.empty())
-            folders.insert(folder_of(job.output));
+            folders.insert(parent_folder(job.output));
     if (!options.report.empty())
-        folders.insert(folder_of(options.report));
+        folders.insert(parent_folder(options.report));
     for (const std::string& folder : folders)
         remove_begun_files(folder);
 }

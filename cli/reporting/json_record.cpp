@@ -11,7 +11,7 @@ namespace {
 
 using json_t = nlohmann::ordered_json;
 
-std::string text_of(const json_t& json) {
+std::string json_text(const json_t& json) {
     return json.dump(-1, ' ', false, json_t::error_handler_t::replace);
 }
 
@@ -55,13 +55,13 @@ json_t object_of(const result_t& result) {
 } // namespace
 
 std::string json_of(const result_t& result) {
-    return text_of(object_of(result));
+    return json_text(object_of(result));
 }
 
 std::string message_of(const result_t& result) {
     json_t json = object_of(result);
     json["thumbnail"] = result.thumbnail;
-    return text_of(json);
+    return json_text(json);
 }
 
 std::optional<result_t> result_of_json(std::string_view line) {
@@ -90,17 +90,17 @@ std::string json_of(ending_t ending, const tally& sum) {
                    {"megapixels", rounded(sum.inq_megapixels())},
                    {"seconds", rounded(sum.inq_seconds())},
                    {"ending", name_of(ending)}};
-    return text_of({{"sum", std::move(json)}});
+    return json_text({{"sum", std::move(json)}});
 }
 
 std::string json_of(const job_t& job) {
-    return text_of({{"input", job.input},
-                    {"output", job.output},
-                    {"task", job.task},
-                    {"makes_folders", job.makes_folders},
-                    {"keeps_modification_time", job.keeps_modification_time},
-                    {"has_thumbnail", job.has_thumbnail},
-                    {"compression", job.compression}});
+    return json_text({{"input", job.input},
+                      {"output", job.output},
+                      {"task", job.task},
+                      {"makes_folders", job.makes_folders},
+                      {"keeps_modification_time", job.keeps_modification_time},
+                      {"has_thumbnail", job.has_thumbnail},
+                      {"compression", job.compression}});
 }
 
 std::optional<job_t> job_of_json(std::string_view text) {

@@ -7,7 +7,7 @@
 namespace sdk_open {
 namespace {
 
-constexpr std::size_t entry_size = 10;
+constexpr std::size_t heap_entry_size = 10;
 constexpr std::uint32_t raw_data_record = 0x2005;
 
 // The entries of the root directory: a count of two bytes, then ten bytes each.
@@ -18,7 +18,7 @@ std::span<const std::byte> root_entries(std::span<const std::byte> heap) noexcep
     if (directory > heap.size() - 4 || heap.size() - 4 - directory < 2)
         return {};
     const auto counted = heap.subspan(directory, heap.size() - 4 - directory);
-    const std::size_t size = load_little_endian(counted.first(2)) * entry_size;
+    const std::size_t size = load_little_endian(counted.first(2)) * heap_entry_size;
     return size <= counted.size() - 2 ? counted.subspan(2, size) : std::span<const std::byte>{};
 }
 
@@ -32,7 +32,7 @@ std::optional<byte_range> find_ciff_raw_data(std::span<const std::byte> bytes) {
     if (header > bytes.size())
         return std::nullopt;
     const auto heap = bytes.subspan(header);
-    for (auto entries = root_entries(heap); !entries.empty(); entries = entries.subspan(entry_size)) {
+    for (auto entries = root_entries(heap); !entries.empty(); entries = entries.subspan(heap_entry_size)) {
         if (load_little_endian(entries.first(2)) != raw_data_record)
             continue;
         const std::size_t length = load_little_endian(entries.subspan(2, 4));

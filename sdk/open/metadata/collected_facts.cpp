@@ -40,7 +40,7 @@ unsigned short_of(const field_list& fields, std::uint16_t tag) {
     return bytes.empty() ? 0 : load_little_endian(bytes.first(2));
 }
 
-std::string text_of(const field_list& fields, std::uint16_t tag) {
+std::string shortened_text_of(const field_list& fields, std::uint16_t tag) {
     std::string text;
     for (const std::byte unit : bytes_of(fields, tag, TIFF_ASCII, 1)) {
         if (unit == std::byte{0} || text.size() == most_text)
@@ -60,7 +60,7 @@ bool is_date_time(std::string_view text) {
 
 // With dashes in the date, as elsewhere than in EXIF.
 std::string date_time_of(const picture_metadata& metadata) {
-    std::string text = text_of(metadata.exif, EXIFTAG_DATETIMEORIGINAL);
+    std::string text = shortened_text_of(metadata.exif, EXIFTAG_DATETIMEORIGINAL);
     if (text.empty())
         text = metadata.date_time;
     if (!is_date_time(text))
@@ -92,7 +92,7 @@ void add_white_balance(picture_facts& facts, const libraw_colordata_t& color) {
 picture_facts collect_facts(const libraw_data_t& data, const picture_metadata& metadata) {
     picture_facts facts;
     facts.camera = metadata.model.substr(0, most_text);
-    facts.lens = text_of(metadata.exif, EXIFTAG_LENSMODEL);
+    facts.lens = shortened_text_of(metadata.exif, EXIFTAG_LENSMODEL);
     facts.date_time = date_time_of(metadata);
     facts.exposure_seconds = rational_of(metadata.exif, EXIFTAG_EXPOSURETIME);
     facts.aperture = rational_of(metadata.exif, EXIFTAG_FNUMBER);

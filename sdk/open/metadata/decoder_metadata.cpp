@@ -15,7 +15,7 @@ namespace sdk_open {
 namespace {
 
 template <std::size_t Size>
-std::string text_of(const char (&units)[Size]) {
+std::string text_in(const char (&units)[Size]) {
     const std::string_view text(units, Size);
     return std::string(text.substr(0, text.find('\0')));
 }
@@ -89,8 +89,8 @@ void add_exposure(field_list& fields, const libraw_imgother_t& shot) {
 
 // The lens by its name and as the four numbers focal length from and to, widest aperture at either.
 void add_lens(field_list& fields, const libraw_lensinfo_t& lens) {
-    const std::string name = text_of(lens.Lens);
-    add_text(fields, EXIFTAG_LENSMODEL, name.empty() ? text_of(lens.makernotes.Lens) : name);
+    const std::string name = text_in(lens.Lens);
+    add_text(fields, EXIFTAG_LENSMODEL, name.empty() ? text_in(lens.makernotes.Lens) : name);
     const auto& maker = lens.makernotes;
     const std::array numbers = {maker.MinFocal, maker.MaxFocal, maker.MaxAp4MinFocal, maker.MaxAp4MaxFocal};
     if (!std::ranges::all_of(numbers, is_sensible))
@@ -104,10 +104,10 @@ void add_lens(field_list& fields, const libraw_lensinfo_t& lens) {
 
 picture_metadata read_decoder_metadata(const libraw_data_t& decoded) {
     picture_metadata found;
-    found.make = text_of(decoded.idata.make);
-    found.model = full_model(found.make, text_of(decoded.idata.model));
+    found.make = text_in(decoded.idata.make);
+    found.model = full_model(found.make, text_in(decoded.idata.model));
     found.date_time = date_time_of(decoded.other.timestamp);
-    found.artist = text_of(decoded.other.artist);
+    found.artist = text_in(decoded.other.artist);
     found.exif.push_back(undefined_field(EXIFTAG_EXIFVERSION, "0230"));
     found.exif.push_back(undefined_field(EXIFTAG_FLASHPIXVERSION, "0100"));
     add_text(found.exif, EXIFTAG_DATETIMEORIGINAL, found.date_time);

@@ -78,8 +78,9 @@ int change(const call_t& call, long number, Arguments... arguments) {
     return answer;
 }
 
-template <typename... Position>
-ssize_t transfer(std::string_view name, long number, int file, const void* data, std::size_t size,
+// Data is void where it is filled, const void where it is read from.
+template <typename Data, typename... Position>
+ssize_t transfer(std::string_view name, long number, int file, Data* data, std::size_t size,
                  Position... position) {
     if (size > 1 && strikes(name, file)) {
         if (the_fault.error_number != 0)
