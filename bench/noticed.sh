@@ -2,7 +2,10 @@
 # Counts how many damages to the pixel data raw-to-tiff and other converters notice: the same ones for all, by the exit
 # code or a missing TIFF, or by the word "corrupt" in what they print.
 #
-#   bench/noticed.sh [--install] SHARE FILE ...    one of SHARE damages of damage_sweep to each file
+#   bench/noticed.sh [--install] [--publish] SHARE FILE ...    one of SHARE damages of damage_sweep to each file
+#
+#   --install     first installs the others
+#   --publish     puts the table into docs/reliability.md
 #
 # It builds nothing, and takes hours for a small SHARE. The table goes to the terminal and to build/noticed.md: for each
 # converter the damages that it noticed, and in brackets how many of them by the exit code or a missing TIFF.
@@ -12,11 +15,16 @@
 
 programs=(raw-to-tiff dcraw_emu dcraw rawtherapee-cli darktable-cli)
 
-if [ "${1-}" = --install ]; then
-    install_packages libraw-bin dcraw rawtherapee darktable
+publish=no
+while [[ ${1-} = --* ]]; do
+    case $1 in
+    --install) install_packages libraw-bin dcraw rawtherapee darktable ;;
+    --publish) publish=yes ;;
+    *) break ;;
+    esac
     shift
-fi
-[ $# -ge 2 ] || fail "usage: bench/noticed.sh [--install] SHARE FILE ..."
+done
+[[ $# -ge 2 && $1 =~ ^[1-9][0-9]*$ ]] || fail "usage: bench/noticed.sh [--install] [--publish] SHARE FILE ..."
 share=$1
 shift
 sweep=build/release/tests/sdk/open/damage_sweep
@@ -80,3 +88,4 @@ count() {
         printf '| `%s` | %d |%s\n' "$(basename "$file")" "$n_damages" "$row"
     done
 } | tee build/noticed.md
+[ $publish = no ] || publish docs/reliability.md noticed build/noticed.md
