@@ -42,13 +42,13 @@ unsigned count_workers(std::size_t jobs, const limits_t& limits) {
 
 } // namespace
 
-worker_team::worker_team(const std::vector<job_t>& jobs, const limits_t& limits, reports& reports)
+worker_team::worker_team(const std::vector<job_t>& jobs, const options_t& options, reports& reports)
     : m_jobs(jobs),
-      m_limits(limits),
+      m_limits(options.limits),
       m_reports(reports),
-      m_bounds(jobs, m_folder.inq_path()),
-      m_seats(count_workers(jobs.size(), limits)),
-      m_threads(std::max(sdk_open::inq_worker_count() / count_workers(jobs.size(), limits), 1U)) {}
+      m_bounds(jobs, options.folder, m_folder.inq_path()),
+      m_seats(count_workers(jobs.size(), m_limits)),
+      m_threads(std::max(sdk_open::inq_worker_count() / count_workers(jobs.size(), m_limits), 1U)) {}
 
 worker_team::~worker_team() {
     for (seat_t& seat : m_seats) {

@@ -16,7 +16,7 @@
 class worker_team final {
 public:
     // The jobs and the reports must outlive the team. Throws std::system_error.
-    worker_team(const std::vector<job_t>& jobs, const limits_t& limits, reports& reports);
+    worker_team(const std::vector<job_t>& jobs, const options_t& options, reports& reports);
     worker_team(const worker_team&) = delete;
     worker_team& operator=(const worker_team&) = delete;
 

@@ -56,6 +56,8 @@ TEST_F(workers_test, are_contained) {
         "in/e program.cr2: the process that converted it ended: Bad system call"};
     for (const char* const complaint : complaints)
         EXPECT_NE(m_errors.find(complaint), std::string::npos) << m_errors;
+    EXPECT_EQ(run({"none/a.cr2", "in/b write.cr2", "in/a.cr2"}, preload), 3);
+    EXPECT_EQ(list_outputs(), "in/a.tif out/a.tif out/f.tif ");
     EXPECT_FALSE(fs::exists("elsewhere"));
 }
 
