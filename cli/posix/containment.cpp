@@ -71,7 +71,7 @@ std::string containment::enter() const {
     ::tzset();
     limit_resources();
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    const bool has_landlock = landlock::restrict_files(m_read, m_written);
+    const bool has_landlock = landlock::restrict_process(m_read, m_written);
     const bool has_filter = filter_system_calls();
     return describe(has_landlock, has_filter);
 }
