@@ -60,6 +60,7 @@ constexpr struct {
     {"flags.cr2", [] { return ::fcntl(STDERR_FILENO, F_SETFL, O_ASYNC); }},
     {"limit.cr2", [] { return ::prlimit(another_process, RLIMIT_NOFILE, nullptr, nullptr); }},
     {"cut.cr2", [] { return ::ftruncate(STDERR_FILENO, 0); }},
+    {"speak.cr2", [] { return ::write(STDERR_FILENO, "spoken", 6) < 0 ? -1 : STDIN_FILENO; }},
     {"bind.cr2", bind_to_a_processor},
     {"send.cr2", send_to_a_stranger},
 };
