@@ -114,13 +114,23 @@ TEST_F(workers_test, are_stopped) {
     EXPECT_TRUE(fs::is_empty(m_temporary));
 }
 
-// The prefix makes a pipe of standard output that is full after 64 KiB.
+// The prefix makes a pipe that is full after 64 KiB.
 TEST_F(workers_test, are_stopped_while_nobody_reads) {
     for (int i = 0; i < 700; ++i)
         write_file("in/" + std::to_string(i) + ".cr2", "");
-    const std::string prefix = "mkfifo pipe; exec 3<>pipe; timeout --preserve-status -k 5 -s TERM 1";
-    EXPECT_EQ(run({"-rqd", "out", "in", "--json"}, prefix, ">&3"), 130);
-    EXPECT_NE(m_errors.find("interrupted: "), std::string::npos) << m_errors;
+    const std::string prefix =
+        "rm -f pipe; mkfifo pipe; exec 3<>pipe; timeout --preserve-status -k 5 -s TERM 1";
+    const struct {
+        words_t arguments;
+        std::string suffix;
+    } rows[] = {
+        {{"-rqd", "out", "in", "--json"}, ">&3"},
+        {{"-rqd", "out", "in", "--log", "pipe"}, ""},
+    };
+    for (const auto& [arguments, suffix] : rows) {
+        EXPECT_EQ(run(arguments, prefix, suffix), 130);
+        EXPECT_NE(m_errors.find("interrupted: "), std::string::npos) << m_errors;
+    }
 }
 
 TEST_F(workers_test, have_no_less_time_after_a_standstill) {
