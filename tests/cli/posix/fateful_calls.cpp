@@ -26,13 +26,16 @@ int open_file(const char* path, int flags, mode_t mode = 0666) {
     return static_cast<int>(::syscall(SYS_openat, AT_FDCWD, path, flags, mode));
 }
 
-// The answer to the call cannot tell.
+// The answer to the call cannot tell; with a single processor nothing can.
 int bind_to_a_processor() {
+    cpu_set_t before{};
+    cpu_set_t after{};
     cpu_set_t first{};
     CPU_SET(0, &first);
-    cpu_set_t bound{};
-    if (::sched_setaffinity(0, sizeof first, &first) == 0 &&
-        ::sched_getaffinity(0, sizeof bound, &bound) == 0 && CPU_EQUAL(&bound, &first))
+    ::sched_getaffinity(0, sizeof before, &before);
+    ::sched_setaffinity(0, sizeof first, &first);
+    ::sched_getaffinity(0, sizeof after, &after);
+    if (!CPU_EQUAL(&before, &after))
         return 0;
     errno = EPERM;
     return -1;
