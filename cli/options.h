@@ -34,9 +34,12 @@ struct options_t {
     limits_t limits;
     verbosity_t verbosity = verbosity_t::normal;
     bool has_json = false;
-    std::string log;    // empty: none
+    std::string log;    // to go on with; empty: that of the earlier run, if any
     std::string report; // an HTML page; empty: none
     std::string resume; // the log of an earlier run; empty: none
+
+    // Empty where there is to be none.
+    [[nodiscard]] const std::string& inq_log() const noexcept { return log.empty() ? resume : log; }
 
     // One raw file is named and nothing that could stand for many: the answer is the library's code.
     [[nodiscard]] bool is_single() const noexcept {

@@ -71,9 +71,8 @@ void add_sinks(reports& reports, const options_t& options) {
         reports.add(std::make_unique<text_report>(options.verbosity, progress_form(options)));
     if (options.has_json)
         reports.add(json_report::on_standard_output());
-    const std::string& log = options.log.empty() ? options.resume : options.log;
-    if (!log.empty())
-        reports.add(json_report::in_file(log));
+    if (!options.inq_log().empty())
+        reports.add(json_report::in_file(options.inq_log()));
     if (!options.report.empty())
         reports.add(std::make_unique<html_report>(options.report));
 }

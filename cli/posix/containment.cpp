@@ -20,12 +20,17 @@ fs::path folder_of(const std::string& file) {
     return folder.empty() ? "." : folder;
 }
 
-// The folder, or the nearest one above it that is there.
-std::string existing_folder(fs::path folder) {
+// The folder or, of those that lead to it from `top`, the last one that is there: the others will be made in
+// it. Never one above the top, whatever is missing.
+std::string nearest_existing(const fs::path& folder, const fs::path& top) {
     std::error_code ignored;
-    while (!fs::exists(folder, ignored) && folder.has_relative_path())
-        folder = folder_of(folder.string());
-    return folder.string();
+    fs::path nearest = top;
+    for (const fs::path& part : folder.lexically_relative(top)) {
+        if (!fs::exists(nearest / part, ignored))
+            break;
+        nearest /= part;
+    }
+    return nearest.string();
 }
 
 // A worker has four files open between conversions, and five more during one.
@@ -46,7 +51,8 @@ std::string describe(bool has_landlock, bool has_filter) {
 
 } // namespace
 
-containment::containment(const std::vector<job_t>& jobs, const std::string& temporary_folder)
+containment::containment(const std::vector<job_t>& jobs, const std::string& made_folder,
+                         const std::string& temporary_folder)
     : m_read{processors}, m_written{temporary_folder} {
     std::error_code ignored;
     std::set<std::string> output_folders;
@@ -57,7 +63,7 @@ containment::containment(const std::vector<job_t>& jobs, const std::string& temp
             output_folders.insert(folder_of(job.output).string());
     }
     for (const std::string& folder : output_folders)
-        m_written.insert(existing_folder(folder));
+        m_written.insert(made_folder.empty() ? folder : nearest_existing(folder, made_folder));
 }
 
 // The time zone is read beforehand, from wherever the environment says that it is.
@@ -65,7 +71,7 @@ std::string containment::enter() const {
     ::tzset();
     limit_resources();
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    const bool has_landlock = landlock::restrict_files(m_read, m_written);
+    const bool has_landlock = landlock::restrict_process(m_read, m_written);
     const bool has_filter = filter_system_calls();
     return describe(has_landlock, has_filter);
 }

@@ -11,8 +11,10 @@
 // files of a run, since a process can only ever give up more. What the kernel does not have is left out.
 class containment final {
 public:
-    // The folders of outputs need not be there yet where the jobs make them.
-    containment(const std::vector<job_t>& jobs, const std::string& temporary_folder);
+    // The jobs make the folders of their outputs below `made_folder`, which is there; where it is empty they
+    // make none, and a folder that is missing is none to write to.
+    containment(const std::vector<job_t>& jobs, const std::string& made_folder,
+                const std::string& temporary_folder);
 
     // Contains this process, which must have one thread, for the rest of its life. Answers what does it:
     // "contained by Landlock and a filter of system calls".

@@ -29,7 +29,7 @@ void tidy_up(const std::vector<job_t>& jobs, const options_t& options) {
 
 ending_t convert_all(const std::vector<job_t>& jobs, const options_t& options, reports& reports) {
     tidy_up(jobs, options);
-    const ending_t ending = worker_team(jobs, options.limits, reports).run();
+    const ending_t ending = worker_team(jobs, options, reports).run();
     tidy_up(jobs, options);
     return ending;
 }

@@ -11,10 +11,21 @@
 
 namespace {
 
-// Younger than the headers of some systems that have it, like the versions that brought them.
+// Younger than the headers of some systems whose kernels have them, like the versions that brought them.
 constexpr std::uint64_t truncate_right = 1U << 14U;
+constexpr std::uint64_t abstract_socket_scope = 1U << 0U;
+constexpr std::uint64_t signal_scope = 1U << 1U;
 constexpr long version_with_moves = 2;
 constexpr long version_with_truncate = 3;
+constexpr long version_with_scopes = 6;
+
+// The kernel's landlock_ruleset_attr, which has grown at its end. A kernel takes members that it does not
+// know as long as they are 0.
+struct ruleset_t {
+    std::uint64_t forbidden_to_files;
+    std::uint64_t forbidden_to_network;
+    std::uint64_t kept_within; // what reaches no process but those that are as restricted
+};
 
 constexpr std::uint64_t reading = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t writing = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_FILE |
@@ -40,9 +51,9 @@ std::uint64_t forbidden_by(long version) noexcept {
 }
 
 descriptor make_ruleset(long version) noexcept {
-    const landlock_ruleset_attr forbidden{forbidden_by(version)};
-    return descriptor(
-        static_cast<int>(::syscall(SYS_landlock_create_ruleset, &forbidden, sizeof forbidden, 0)));
+    const std::uint64_t scopes = version >= version_with_scopes ? abstract_socket_scope | signal_scope : 0;
+    const ruleset_t rules{forbidden_by(version), 0, scopes};
+    return descriptor(static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeof rules, 0)));
 }
 
 void allow(const descriptor& ruleset, const std::string& path, std::uint64_t rights) noexcept {
@@ -57,7 +68,7 @@ void allow(const descriptor& ruleset, const std::string& path, std::uint64_t rig
 
 } // namespace
 
-bool landlock::restrict_files(const std::set<std::string>& read, const std::set<std::string>& written) {
+bool landlock::restrict_process(const std::set<std::string>& read, const std::set<std::string>& written) {
     const long version = inq_version();
     const descriptor ruleset = version > 0 ? make_ruleset(version) : descriptor();
     if (!ruleset.is_open())

@@ -19,19 +19,18 @@ constexpr int harmless[] = {
     // pipes, by which a sanitizer learns whether memory can be read
     SCMP_SYS(pipe), SCMP_SYS(pipe2),
     // files
-    SCMP_SYS(access), SCMP_SYS(close), SCMP_SYS(faccessat), SCMP_SYS(faccessat2), SCMP_SYS(fcntl),
-    SCMP_SYS(flock), SCMP_SYS(fstat), SCMP_SYS(fstatfs), SCMP_SYS(fsync), SCMP_SYS(ftruncate),
-    SCMP_SYS(getcwd), SCMP_SYS(getdents64), SCMP_SYS(link), SCMP_SYS(linkat), SCMP_SYS(lseek),
-    SCMP_SYS(lstat), SCMP_SYS(mkdir), SCMP_SYS(mkdirat), SCMP_SYS(newfstatat), SCMP_SYS(pread64),
-    SCMP_SYS(pwrite64), SCMP_SYS(read), SCMP_SYS(readlink), SCMP_SYS(readlinkat), SCMP_SYS(readv),
-    SCMP_SYS(rename), SCMP_SYS(renameat), SCMP_SYS(renameat2), SCMP_SYS(stat), SCMP_SYS(statx),
-    SCMP_SYS(unlink), SCMP_SYS(unlinkat), SCMP_SYS(utimensat), SCMP_SYS(write), SCMP_SYS(writev),
-    // messages from and to the program
-    SCMP_SYS(recvfrom), SCMP_SYS(sendto),
+    SCMP_SYS(access), SCMP_SYS(close), SCMP_SYS(faccessat), SCMP_SYS(faccessat2), SCMP_SYS(flock),
+    SCMP_SYS(fstat), SCMP_SYS(fstatfs), SCMP_SYS(fsync), SCMP_SYS(getcwd), SCMP_SYS(getdents64),
+    SCMP_SYS(link), SCMP_SYS(linkat), SCMP_SYS(lseek), SCMP_SYS(lstat), SCMP_SYS(mkdir), SCMP_SYS(mkdirat),
+    SCMP_SYS(newfstatat), SCMP_SYS(pread64), SCMP_SYS(pwrite64), SCMP_SYS(read), SCMP_SYS(readlink),
+    SCMP_SYS(readlinkat), SCMP_SYS(readv), SCMP_SYS(rename), SCMP_SYS(renameat), SCMP_SYS(renameat2),
+    SCMP_SYS(stat), SCMP_SYS(statx), SCMP_SYS(unlink), SCMP_SYS(unlinkat), SCMP_SYS(utimensat),
+    SCMP_SYS(write), SCMP_SYS(writev),
+    // messages from the program
+    SCMP_SYS(recvfrom),
     // threads
-    SCMP_SYS(exit), SCMP_SYS(exit_group), SCMP_SYS(futex), SCMP_SYS(get_robust_list), SCMP_SYS(rseq),
-    SCMP_SYS(sched_getaffinity), SCMP_SYS(sched_setaffinity), SCMP_SYS(sched_yield),
-    SCMP_SYS(set_robust_list),
+    SCMP_SYS(exit), SCMP_SYS(exit_group), SCMP_SYS(futex), SCMP_SYS(rseq), SCMP_SYS(sched_getaffinity),
+    SCMP_SYS(sched_yield), SCMP_SYS(set_robust_list),
     // signals
     SCMP_SYS(restart_syscall), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask), SCMP_SYS(rt_sigreturn),
     SCMP_SYS(sigaltstack),
@@ -94,6 +93,20 @@ constexpr scmp_arg_cmp has_all_of(unsigned argument, scmp_datum_t bits) noexcept
     return {argument, SCMP_CMP_MASKED_EQ, bits, bits};
 }
 
+// The other commands of fcntl can have signals sent to any process of the user, and change how those write
+// who share standard error.
+void add_fcntl(filter& rules) noexcept {
+    for (const int command : {F_DUPFD_CLOEXEC, F_GETFD, F_GETFL})
+        rules.add(SCMP_ACT_ALLOW, SCMP_SYS(fcntl), {is_equal(1, static_cast<scmp_datum_t>(command))});
+}
+
+// To bind a thread to processors, as OpenMP may be told to, takes the thread's number, which could as well be
+// that of another process. Nothing is done, but it must not look like a failure, after which OpenMP gives up.
+void add_pretended(filter& rules) noexcept {
+    constexpr std::uint32_t success = SCMP_ACT_ERRNO(0);
+    rules.add(success, SCMP_SYS(sched_setaffinity), {});
+}
+
 // What clone3 is asked for, no filter can see: the C library takes clone instead.
 void add_conditional(filter& rules) noexcept {
     const auto own_process = static_cast<scmp_datum_t>(::getpid());
@@ -101,6 +114,8 @@ void add_conditional(filter& rules) noexcept {
     rules.add(SCMP_ACT_KILL_PROCESS, SCMP_SYS(clone), {has_none_of(0, CLONE_THREAD)});
     rules.add(SCMP_ACT_ALLOW, SCMP_SYS(tgkill), {is_equal(0, own_process)});
     rules.add(SCMP_ACT_ALLOW, SCMP_SYS(prlimit64), {is_equal(0, 0)});
+    // To the program; any other receiver would have to be named.
+    rules.add(SCMP_ACT_ALLOW, SCMP_SYS(sendto), {is_equal(4, 0)});
     for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
         rules.add(SCMP_ACT_ALLOW, call, {has_none_of(2, PROT_EXEC)});
     // Landlock did not notice at first that a file opened for reading can be cut.
@@ -114,6 +129,8 @@ bool filter_system_calls() noexcept {
     filter rules;
     rules.add(SCMP_ACT_ALLOW, harmless);
     rules.add(SCMP_ACT_KILL_PROCESS, hostile);
+    add_fcntl(rules);
+    add_pretended(rules);
     add_conditional(rules);
     return rules.load();
 }

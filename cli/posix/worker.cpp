@@ -17,10 +17,13 @@ namespace {
 constexpr int worker_socket = STDERR_FILENO + 1;
 
 // A worker that held the program's end of another's socket would keep that one waiting for a dead program.
+// With the terminal for its standard error, it could read what the user types.
 void keep_only(int socket) noexcept {
     const int nothing = ::open("/dev/null", O_RDWR);
     ::dup2(nothing, STDIN_FILENO);
     ::dup2(nothing, STDOUT_FILENO);
+    if (::isatty(STDERR_FILENO) != 0)
+        ::dup2(nothing, STDERR_FILENO);
     ::dup2(socket, worker_socket);
     ::closefrom(worker_socket + 1);
 }

@@ -4,13 +4,11 @@
 #include "sdk/open/developing/band_team.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <filesystem>
 #include <poll.h>
 #include <string_view>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace {
@@ -28,13 +26,6 @@ std::string folder_of(const job_t& job) {
     return std::filesystem::path(job.output).parent_path().string();
 }
 
-// Whether whoever reads standard output and error takes some lines more. A program that waited for it in a
-// write would not hear that it is to stop.
-bool can_tell() noexcept {
-    std::array<pollfd, 2> streams = {{{STDOUT_FILENO, POLLOUT, 0}, {STDERR_FILENO, POLLOUT, 0}}};
-    return ::poll(streams.data(), streams.size(), 0) == static_cast<int>(streams.size());
-}
-
 // No more workers than files, and all cores for those that there are.
 unsigned count_workers(std::size_t jobs, const limits_t& limits) {
     return static_cast<unsigned>(std::clamp<std::size_t>(jobs, 1, limits.workers));
@@ -42,13 +33,14 @@ unsigned count_workers(std::size_t jobs, const limits_t& limits) {
 
 } // namespace
 
-worker_team::worker_team(const std::vector<job_t>& jobs, const limits_t& limits, reports& reports)
+worker_team::worker_team(const std::vector<job_t>& jobs, const options_t& options, reports& reports)
     : m_jobs(jobs),
-      m_limits(limits),
+      m_limits(options.limits),
       m_reports(reports),
-      m_bounds(jobs, m_folder.inq_path()),
-      m_seats(count_workers(jobs.size(), limits)),
-      m_threads(std::max(sdk_open::inq_worker_count() / count_workers(jobs.size(), limits), 1U)) {}
+      m_listeners(options.inq_log()),
+      m_bounds(jobs, options.folder, m_folder.inq_path()),
+      m_seats(count_workers(jobs.size(), m_limits)),
+      m_threads(std::max(sdk_open::inq_worker_count() / count_workers(jobs.size(), m_limits), 1U)) {}
 
 worker_team::~worker_team() {
     for (seat_t& seat : m_seats) {
@@ -64,7 +56,7 @@ ending_t worker_team::run() {
         fill_seats();
         if (!wait_for_news())
             return ending_t::interrupted;
-        if (!can_tell())
+        if (!m_listeners.can_be_told())
             continue;
         give_up_overdue();
         m_reports.tick();
@@ -102,7 +94,7 @@ void worker_team::hand_out_job(seat_t& seat) {
 // False when the user wants to stop.
 bool worker_team::wait_for_news() {
     std::vector<pollfd> news = {{m_signals.inq_descriptor(), POLLIN, 0}};
-    const bool takes_messages = can_tell();
+    const bool takes_messages = m_listeners.can_be_told();
     for (const seat_t& seat : m_seats)
         news.push_back({seat.worker && takes_messages ? seat.worker->inq_descriptor() : -1, POLLIN, 0});
     if (::poll(news.data(), news.size(), milliseconds_between_ticks) < 0 && errno != EINTR)
@@ -111,7 +103,7 @@ bool worker_team::wait_for_news() {
         return false;
     forgive_standstill();
     for (std::size_t i = 0; i < m_seats.size(); ++i)
-        if (news[i + 1].revents != 0 && can_tell())
+        if (news[i + 1].revents != 0 && m_listeners.can_be_told())
             take_message(m_seats[i]);
     return true;
 }

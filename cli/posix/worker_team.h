@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/options.h"
+#include "cli/posix/listeners.h"
 #include "cli/posix/run_folder.h"
 #include "cli/posix/stop_signals.h"
 #include "cli/posix/worker_process.h"
@@ -16,7 +17,7 @@
 class worker_team final {
 public:
     // The jobs and the reports must outlive the team. Throws std::system_error.
-    worker_team(const std::vector<job_t>& jobs, const limits_t& limits, reports& reports);
+    worker_team(const std::vector<job_t>& jobs, const options_t& options, reports& reports);
     worker_team(const worker_team&) = delete;
     worker_team& operator=(const worker_team&) = delete;
 
@@ -55,6 +56,7 @@ private:
     const std::vector<job_t>& m_jobs;
     limits_t m_limits;
     reports& m_reports;
+    listeners m_listeners;
     stop_signals m_signals;
     run_folder m_folder;
     containment m_bounds;

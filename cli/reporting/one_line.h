@@ -3,7 +3,8 @@
 #include <string>
 #include <string_view>
 
-// Text that stays on one line and steers no terminal, whatever characters the names in it hold.
+// Text that stays on one line and steers no terminal, whatever the names in it hold: control characters, and
+// bytes that are no UTF-8, become question marks.
 [[nodiscard]] std::string one_line(std::string_view text);
 
 // The first characters of a line of UTF-8 text that fit into so many columns.

@@ -4,13 +4,15 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A bad file, a good one, and one that takes until the time is up, on a terminal of 60 columns.
+// A bad file, one whose worker would write to the terminal, a good one, and one that takes until the time is
+// up, on a terminal of 60 columns.
 class terminal_test : public program_fixture {
 protected:
     terminal_test() {
         fs::create_directory(m_folder / "in");
         fs::current_path(m_folder);
         write_file("in/a bad.crw", "II");
+        fs::copy_file(SAMPLE_FILE, "in/b speak.cr2");
         fs::copy_file(SAMPLE_FILE, "in/b.cr2");
         fs::copy_file(SAMPLE_FILE, "in/c hang.cr2");
     }
@@ -36,15 +38,16 @@ TEST_F(terminal_test, shows_failures_in_red_and_a_bar_below) {
         std::string failure_end;
         std::string bar;
     } rows[] = {
-        {"NO_COLOR=", "\x1b[31m", "\x1b[0m", "\x1b[42m                \x1b[0m\x1b[100m        \x1b[0m"},
-        {"NO_COLOR=1", "", "", "################--------"},
+        {"NO_COLOR=", "\x1b[31m", "\x1b[0m", "\x1b[42m                  \x1b[0m\x1b[100m      \x1b[0m"},
+        {"NO_COLOR=1", "", "", "##################------"},
     };
     for (const auto& [setting, failure_begin, failure_end, bar] : rows) {
         const std::string sent = run_on_terminal(setting);
         const std::string line = "raw-to-tiff: " + failure_begin +
                                  "in/a bad.crw: no Canon raw picture in it" + failure_end + "\r\n";
         EXPECT_NE(sent.find(line), std::string::npos) << sent;
-        EXPECT_NE(sent.find("\r\x1b[K" + bar + " 2 of 3 files, 1 failed, "), std::string::npos) << sent;
+        EXPECT_NE(sent.find("\r\x1b[K" + bar + " 3 of 4 files, 2 failed, "), std::string::npos) << sent;
+        EXPECT_EQ(sent.find("spoken"), std::string::npos) << sent;
     }
 }
 

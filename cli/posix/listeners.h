@@ -1,0 +1,20 @@
+#pragma once
+
+#include "cli/posix/descriptor.h"
+
+#include <string>
+
+// Those whom the program tells what happens: on standard output, on standard error, and in the log, which may
+// be a pipe too.
+class listeners final {
+public:
+    // The log is there, or empty where there is none.
+    explicit listeners(const std::string& log) noexcept;
+
+    // Whether each of them takes some lines more at once. A program that waited for one in a write would not
+    // hear that it is to stop.
+    [[nodiscard]] bool can_be_told() const noexcept;
+
+private:
+    descriptor m_log;
+};
