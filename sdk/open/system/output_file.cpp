@@ -18,10 +18,10 @@ std::string folder_of(const std::string& path) {
     return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
 }
 
-// 80 random bits, so that nobody can put something of that name in the way beforehand.
+// Random, so that nobody can put something of that name in the way beforehand.
 std::string random_name(int& error_number) {
-    constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuv";
-    std::array<std::byte, 16> random{};
+    constexpr std::string_view digits = platform::begun_file_digits;
+    std::array<std::byte, platform::begun_file_digit_count> random{};
     error_number = system_calls::random_bytes(random) == 0 ? 0 : errno;
     std::string name(platform::begun_file_prefix);
     for (const std::byte value : random)

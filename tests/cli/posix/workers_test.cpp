@@ -141,6 +141,35 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
     EXPECT_NE(m_errors.find("0 converted, 30 skipped, 1 failed"), std::string::npos) << m_errors;
 }
 
+TEST_F(workers_test, tidy_up_what_is_their_own) {
+    add_raw_file("a.cr2");
+    fs::create_directory("out");
+    const struct {
+        fs::path file;
+        fs::perms folder_rights;
+        bool is_theirs;
+    } rows[] = {
+        {"tmp/raw-to-tiff-run-0aZ9xy/raw-to-tiff-workers/1/copy", fs::perms::owner_all, true},
+        {"tmp/raw-to-tiff-run-0aZ9xx/raw-to-tiff-workers/1/copy", fs::perms(0755), false},
+        {"tmp/raw-to-tiff-run-0aZ9xz/keep", fs::perms::owner_all, false},
+        {"tmp/raw-to-tiff-run-2026/raw-to-tiff-workers/keep", fs::perms::owner_all, false},
+        {"out/.raw-to-tiff-0123456789abcduv.part", fs::perms::all, true},
+        {"out/.raw-to-tiff-0123456789abcduz.part", fs::perms::all, false},
+        {"out/.raw-to-tiff-mine.part", fs::perms::all, false},
+    };
+    for (const auto& row : rows) {
+        fs::create_directories(row.file.parent_path());
+        write_file(row.file, "");
+        fs::permissions(*row.file.begin() / *std::next(row.file.begin()), row.folder_rights);
+    }
+    fs::create_directory("out/.raw-to-tiff-0123456789abcdef.part");
+    EXPECT_EQ(run({"-rd", "out", "in"}), 0) << m_errors;
+    for (const auto& row : rows)
+        EXPECT_NE(fs::exists(row.file), row.is_theirs) << row.file;
+    EXPECT_TRUE(fs::exists("out/.raw-to-tiff-0123456789abcdef.part"));
+    EXPECT_FALSE(fs::exists("tmp/raw-to-tiff-run-0aZ9xy"));
+}
+
 TEST_F(workers_test, have_a_full_disk) {
     if (std::system("unshare --mount true") != 0)
         GTEST_SKIP() << "only the superuser can make a small disk";
