@@ -7,9 +7,6 @@
 #include <string>
 #include <vector>
 
-// What to do where the output exists.
-enum class existing_t { error, skip, overwrite, newer };
-
 enum class verbosity_t { quiet, normal, verbose };
 
 // Which process converts, and what it may use.

@@ -1,8 +1,8 @@
 #include "cli/planning/plan.h"
 
+#include "cli/existing_output.h"
 #include "cli/file_argument.h"
 #include "cli/planning/earlier_run.h"
-#include "cli/planning/existing_output.h"
 #include "cli/planning/folder_scan.h"
 #include "cli/planning/input_names.h"
 #include "cli/planning/output_name.h"
@@ -18,6 +18,14 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr auto unusable = "the name is not UTF-8, holds a backslash, is too long, or names no file";
+
+existing_t existing_choice(const options_t& options) {
+    if (options.existing)
+        return *options.existing;
+    if (!options.output.empty())
+        return existing_t::overwrite;
+    return options.resume.empty() ? existing_t::error : existing_t::newer;
+}
 
 // Takes all names in, and sorts out what is there to convert.
 class planner final {
@@ -70,6 +78,7 @@ private:
         return {input.path,
                 output_name(input, m_options),
                 task_t::convert,
+                existing_choice(m_options),
                 !m_options.folder.empty(),
                 m_options.keeps_modification_times,
                 !m_options.report.empty(),
@@ -84,7 +93,7 @@ private:
         if (!locate(job.output))
             return result_t{job, outcome_t::bad_input, "cannot write " + job.output + ": " + unusable, {}};
         auto settled = m_earlier.settle(job);
-        return settled ? std::move(settled) : settle_by_output(job, m_options);
+        return settled ? std::move(settled) : settle_by_output(job);
     }
 
     const options_t& m_options;

@@ -97,6 +97,7 @@ std::string json_of(const job_t& job) {
     return json_text({{"input", job.input},
                       {"output", job.output},
                       {"task", job.task},
+                      {"existing", job.existing},
                       {"makes_folders", job.makes_folders},
                       {"keeps_modification_time", job.keeps_modification_time},
                       {"has_thumbnail", job.has_thumbnail},
@@ -109,6 +110,7 @@ std::optional<job_t> job_of_json(std::string_view text) {
         json.at("input").get_to(job.input);
         json.at("output").get_to(job.output);
         json.at("task").get_to(job.task);
+        json.at("existing").get_to(job.existing);
         json.at("makes_folders").get_to(job.makes_folders);
         json.at("keeps_modification_time").get_to(job.keeps_modification_time);
         json.at("has_thumbnail").get_to(job.has_thumbnail);

@@ -109,12 +109,17 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
     }
 }
 
-void output_file::commit() {
+int output_file::take_name(replacing_t replacing) const noexcept {
+    return replacing == replacing_t::allowed ? system_calls::rename_over(m_temporary_path, m_path)
+                                             : system_calls::rename_to_unused(m_temporary_path, m_path);
+}
+
+void output_file::commit(replacing_t replacing) {
     const std::string folder = folder_of(m_path);
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
         throw_errno();
     check_target();
-    if (system_calls::rename_over(m_temporary_path, m_path) != 0)
+    if (take_name(replacing) != 0)
         throw_errno();
     // The file is there: from here on nothing may fail.
     m_temporary_path.clear();

@@ -141,6 +141,35 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
     EXPECT_NE(m_errors.find("0 converted, 30 skipped, 1 failed"), std::string::npos) << m_errors;
 }
 
+// The first appears while the worker is at it, the second before.
+TEST_F(workers_test, mind_what_appears_after_the_plan) {
+    for (const char* name : {"a appear.cr2", "b.cr2", "c.cr2"})
+        add_raw_file(name);
+    const struct {
+        std::string choice;
+        std::string setting;
+        int exit_code;
+        std::string told;
+        std::uintmax_t n_replaced;
+    } rows[] = {
+        {"error", "", 1, "in/a appear.cr2: out/a appear.tif exists", 0},
+        {"error", "", 1, "in/b.cr2: out/b.tif exists", 0},
+        {"error", "NO_NOREPLACE=1 ", 1, "1 converted, 0 skipped, 2 failed", 0},
+        {"error", "NO_NOREPLACE=1 NO_LINKS=1 ", 1, "1 converted, 0 skipped, 2 failed", 0},
+        {"skip", "", 0, "1 converted, 2 skipped, 0 failed", 0},
+        {"newer", "", 0, "1 converted, 2 skipped, 0 failed", 0},
+        {"overwrite", "", 0, "3 converted", 2},
+    };
+    for (const auto& [choice, setting, exit_code, told, n_replaced] : rows) {
+        SCOPED_TRACE(setting + choice);
+        EXPECT_EQ(run({"-rd", "out", "in", "-j", "1", "--existing", choice}, preload + setting), exit_code);
+        EXPECT_NE(m_errors.find(told), std::string::npos) << m_errors;
+        EXPECT_EQ(list_outputs(), "out/a appear.tif out/b.tif out/c.tif ");
+        EXPECT_EQ(!fs::is_empty("out/a appear.tif") + !fs::is_empty("out/b.tif"), n_replaced);
+        fs::remove_all("out");
+    }
+}
+
 TEST_F(workers_test, tidy_up_what_is_their_own) {
     add_raw_file("a.cr2");
     fs::create_directory("out");
