@@ -27,6 +27,17 @@ existing_t existing_choice(const options_t& options) {
     return options.resume.empty() ? existing_t::error : existing_t::newer;
 }
 
+// What to say of a name that is neither a raw file's nor a folder's to look into.
+result_t refuse(const std::string& name) {
+    std::error_code error;
+    const fs::file_status status = fs::status(name, error);
+    if (!fs::status_known(status))
+        return {{name, ""}, outcome_t::system_failed, "cannot look at it: " + error.message(), {}};
+    if (!fs::exists(status))
+        return {{name, ""}, outcome_t::missing, "there is no such file", {}};
+    return {{name, ""}, outcome_t::bad_input, "not a .cr2 or .crw file", {}};
+}
+
 // Takes all names in, and sorts out what is there to convert.
 class planner final {
 public:
@@ -62,14 +73,10 @@ private:
     }
 
     void add_file(const input_place_t& input) {
-        job_t job = job_for(input);
-        std::error_code unknown;
         if (m_options.is_single() || has_raw_name(input.path))
-            m_plan.jobs.push_back(std::move(job));
-        else if (!fs::exists(input.path, unknown))
-            m_plan.settled.push_back({{input.path, ""}, outcome_t::missing, "there is no such file", {}});
+            m_plan.jobs.push_back(job_for(input));
         else
-            m_plan.settled.push_back({{input.path, ""}, outcome_t::bad_input, "not a .cr2 or .crw file", {}});
+            m_plan.settled.push_back(refuse(input.path));
     }
 
     [[nodiscard]] job_t job_for(const input_place_t& input) const {
