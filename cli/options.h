@@ -35,6 +35,9 @@ struct options_t {
     std::string report; // an HTML page; empty: none
     std::string resume; // the log of an earlier run; empty: none
 
+    // The log to write: one that is gone on with unless there is another for this run.
+    [[nodiscard]] const std::string& inq_log() const noexcept { return log.empty() ? resume : log; }
+
     // One raw file is named and nothing that could stand for many: the answer is the library's code.
     [[nodiscard]] bool is_single() const noexcept {
         return names.size() == 1 && list.empty() && folder.empty() && !is_recursive;

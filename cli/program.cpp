@@ -41,7 +41,7 @@ std::optional<int> make_output_folder(const std::string& folder) {
     return {};
 }
 
-// Answers nothing, and complains, where a list or a log cannot be read, or two inputs have one output.
+// Answers nothing, and complains, where a list or a log cannot be read, or one file is to be two things.
 std::optional<plan_t> make_sound_plan(const options_t& options) {
     try {
         plan_t plan = make_plan(options);
@@ -71,9 +71,8 @@ void add_sinks(reports& reports, const options_t& options) {
         reports.add(std::make_unique<text_report>(options.verbosity, progress_form(options)));
     if (options.has_json)
         reports.add(json_report::on_standard_output());
-    const std::string& log = options.log.empty() ? options.resume : options.log;
-    if (!log.empty())
-        reports.add(json_report::in_file(log));
+    if (!options.inq_log().empty())
+        reports.add(json_report::in_file(options.inq_log()));
     if (!options.report.empty())
         reports.add(std::make_unique<html_report>(options.report));
 }

@@ -3,13 +3,16 @@
 #include "cli/existing_output.h"
 #include "cli/file_argument.h"
 #include "cli/planning/earlier_run.h"
+#include "cli/planning/file_roles.h"
 #include "cli/planning/folder_scan.h"
 #include "cli/planning/input_names.h"
 #include "cli/planning/output_name.h"
 #include "cli/planning/raw_name.h"
 #include "cli/planning/shared_outputs.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -53,6 +56,7 @@ public:
 
     [[nodiscard]] plan_t take_plan() {
         m_plan.conflicts = remove_doubles(m_plan.jobs);
+        std::ranges::move(find_double_roles(m_options, m_plan.jobs), std::back_inserter(m_plan.conflicts));
         std::vector<job_t> jobs;
         for (job_t& job : std::exchange(m_plan.jobs, {}))
             if (auto result = settle(job))

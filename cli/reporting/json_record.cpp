@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -91,6 +92,15 @@ std::string json_of(ending_t ending, const tally& sum) {
                    {"seconds", rounded(sum.inq_seconds())},
                    {"ending", name_of(ending)}};
     return json_text({{"sum", std::move(json)}});
+}
+
+// A brace alone is what other JSON begins with.
+bool begins_like_log(std::string_view text) noexcept {
+    constexpr std::string_view beginnings[] = {R"({"input":")", R"({"sum":{)"};
+    const std::string_view line = text.substr(0, text.find('\n'));
+    return text.empty() || std::ranges::any_of(beginnings, [line](std::string_view beginning) {
+               return line.starts_with(beginning) || (line.size() > 1 && beginning.starts_with(line));
+           });
 }
 
 std::string json_of(const job_t& job) {

@@ -57,6 +57,10 @@ TEST_F(many_files_test, answers_for_all) {
     fs::create_directory("other");
     fs::copy_file(SAMPLE_FILE, "other/a.cr2");
     fs::create_directory_symlink("other", "[x,y]");
+    write_file("cut log", "{\"inp");
+    write_file("list", "");
+    write_file("other.json", "{\n  \"input\": 1\n}\n");
+    const std::string in_gone_folder = "mkdir gone; cd gone; rmdir ../gone;";
     const std::string both = "out/a.tif out/below/b\n.tif ";
     const struct {
         words_t arguments;
@@ -159,6 +163,27 @@ TEST_F(many_files_test, answers_for_all) {
         {{"in/a.CR2", "-d", "out", "--timeout", "nan"}, 2, "", "not a number of seconds", ""},
         {{"in/a.CR2", "-d", "out", "--memory-limit", "-1"}, 2, "", "not a size above 0", ""},
         {{"in/a.CR2", "-d", "out", "--wrong\n"}, 2, "", "--wrong? (see raw-to-tiff --help)\n", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "in/notes.txt"}, 2, "", "in/notes.txt: it is no log", ""},
+        {{"in/a.CR2", "-d", "out", "--resume", "other.json"}, 2, "", "other.json: it is no log", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "cut log"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--log", "cut log"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--log", "./out/a.tif"},
+         2,
+         "",
+         "out/a.tif cannot be both the log and the TIFF of in/a.CR2",
+         ""},
+        {{"--files-from", "list", "--log", "./list"},
+         2,
+         "",
+         "./list cannot be both the list and the log",
+         ""},
+        {{"in/a.CR2", "-d", "out", "--report", "x.html", "--resume", "x.html"}, 2, "", "and the report", ""},
+        {{"in/a.CR2", "-d", "out"},
+         3,
+         "",
+         "cannot find the working folder: No such file",
+         "",
+         in_gone_folder},
         {{"in/a.CR2", "-d", "out", "--log", "none/log"}, 2, "", "cannot write none/log", ""},
         {{"in/a.CR2", "-d", "out", "--log", "pipe"},
          0,
