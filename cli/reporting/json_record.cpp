@@ -49,6 +49,8 @@ json_t object_of(const result_t& result) {
                    {"code", code_of(result.outcome)},
                    {"reason", result.reason}};
     add_facts(json, result.facts);
+    if (result.modification_time)
+        json["modified"] = *result.modification_time;
     json["seconds"] = rounded(result.seconds);
     return json;
 }
@@ -77,6 +79,8 @@ std::optional<result_t> result_of_json(std::string_view line) {
         json.at("reason").get_to(result.reason);
         result.facts = facts_of_json(json);
         result.thumbnail = json.value("thumbnail", "");
+        if (const auto time = json.find("modified"); time != json.end())
+            result.modification_time = time->get<double>();
         result.seconds = json.at("seconds");
         return result;
     });
