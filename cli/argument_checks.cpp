@@ -17,6 +17,13 @@ std::string no_raw_name(const std::string& name) {
     return has_raw_name(name) ? "a raw file is never written to: " + name : "";
 }
 
+std::string tiff_name(const std::string& name) {
+    const std::string lower = CLI::detail::to_lower(name);
+    return lower.ends_with(".tif") || lower.ends_with(".tiff")
+               ? ""
+               : "the name does not end in .tif or .tiff: " + name;
+}
+
 std::string page_name(const std::string& name) {
     return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
 }

@@ -59,7 +59,9 @@ void describe_inputs(CLI::App& program, options_t& options) {
 void describe_outputs(CLI::App& program, options_t& options) {
     auto* const output =
         program.add_option("-o,--output", options.output, "the TIFF to write, for a single raw file");
-    output->check(argument_checks::not_empty)->check(argument_checks::no_raw_name);
+    output->check(argument_checks::not_empty)
+        ->check(argument_checks::no_raw_name)
+        ->check(argument_checks::tiff_name);
     program
         .add_option("-d,--directory", options.folder,
                     "write into this folder instead of beside the raw files; with -r the tree is kept")
@@ -152,6 +154,8 @@ void take_named_output(options_t& options) {
         return;
     options.output = options.names.back();
     options.names.pop_back();
+    if (const std::string problem = argument_checks::tiff_name(options.output); !problem.empty())
+        throw CLI::ValidationError("TIFF", problem);
 }
 
 bool says_what_to_write(const options_t& options) {

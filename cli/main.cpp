@@ -2,10 +2,12 @@
 #include "cli/exit_code.h"
 #include "cli/options.h"
 #include "cli/program.h"
+#include "cli/reporting/one_line.h"
 #include "platform/process.h"
 
 #include <iostream>
 #include <new>
+#include <stdexcept>
 
 int main(int argc, char** argv) {
     options_t options;
@@ -17,6 +19,8 @@ int main(int argc, char** argv) {
         return run_program(options);
     } catch (const std::bad_alloc&) {
         std::cerr << "raw-to-tiff: not enough memory\n";
-        return options.is_single() ? exit_failed : exit_system_failed;
+    } catch (const std::runtime_error& problem) {
+        std::cerr << "raw-to-tiff: " + one_line(problem.what()) + '\n';
     }
+    return options.is_single() ? exit_failed : exit_system_failed;
 }

@@ -7,9 +7,6 @@
 #include <string>
 #include <vector>
 
-// What to do where the output exists.
-enum class existing_t { error, skip, overwrite, newer };
-
 enum class verbosity_t { quiet, normal, verbose };
 
 // Which process converts, and what it may use.
@@ -34,11 +31,11 @@ struct options_t {
     limits_t limits;
     verbosity_t verbosity = verbosity_t::normal;
     bool has_json = false;
-    std::string log;    // to go on with; empty: that of the earlier run, if any
+    std::string log;    // empty: that of the earlier run, if any
     std::string report; // an HTML page; empty: none
     std::string resume; // the log of an earlier run; empty: none
 
-    // Empty where there is to be none.
+    // The log to write: one that is gone on with unless there is another for this run. Empty: none.
     [[nodiscard]] const std::string& inq_log() const noexcept { return log.empty() ? resume : log; }
 
     // One raw file is named and nothing that could stand for many: the answer is the library's code.

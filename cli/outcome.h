@@ -31,5 +31,5 @@ enum class outcome_t {
 // The system is to blame, not the file.
 [[nodiscard]] bool is_system_failure(outcome_t outcome) noexcept;
 
-// A second attempt may end better.
+// A second attempt at the same file may end better.
 [[nodiscard]] bool may_pass(outcome_t outcome) noexcept;

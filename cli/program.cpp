@@ -41,7 +41,7 @@ std::optional<int> make_output_folder(const std::string& folder) {
     return {};
 }
 
-// Answers nothing, and complains, where a list or a log cannot be read, or two inputs have one output.
+// Answers nothing, and complains, where a list or a log cannot be read, or one file is to be two things.
 std::optional<plan_t> make_sound_plan(const options_t& options) {
     try {
         plan_t plan = make_plan(options);

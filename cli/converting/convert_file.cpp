@@ -2,12 +2,14 @@
 
 #include "cli/converting/failure_outcome.h"
 #include "cli/converting/thumbnail.h"
+#include "cli/existing_output.h"
 #include "cli/file_argument.h"
 #include "conversion/convert_raw_to_tiff.h"
 #include "conversion/pixrerr.h"
 
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -35,9 +37,22 @@ void keep_modification_time(result_t& result) {
              "written, but without the raw file's time: " + error.message());
 }
 
+// Someone else may have made the TIFF during the conversion.
+void explain_failed_conversion(result_t& result, int code, const ZFileLocation& raw) {
+    explain_failure(result, code, raw);
+    if (result.outcome != outcome_t::system_failed)
+        return;
+    if (auto settled = settle_by_output(result.job))
+        result = std::move(*settled);
+}
+
 } // namespace
 
+// The plan may be hours old: what it says of the TIFF is looked at again.
 result_t convert_file(const job_t& job) {
+    sdk_open::set_replacing(may_replace_output(job));
+    if (auto settled = settle_by_output(job))
+        return std::move(*settled);
     result_t result{job, outcome_t::converted, {}, {}};
     if (job.makes_folders && !make_folders(result))
         return result;
@@ -50,7 +65,7 @@ result_t convert_file(const job_t& job) {
     const sdk_open::facts_collection facts(result.facts);
     sdk_open::set_compression(job.compression);
     if (const int code = convert_raw_to_tiff(*raw, *tiff); code != pixrerr_ok) {
-        explain_failure(result, code, *raw);
+        explain_failed_conversion(result, code, *raw);
         return result;
     }
     if (job.has_thumbnail)

@@ -1,5 +1,6 @@
 #include "cli/planning/earlier_run.h"
 
+#include "cli/modification_time.h"
 #include "cli/reporting/json_record.h"
 
 #include <cerrno>
@@ -9,6 +10,15 @@
 #include <utility>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// False where the log does not tell when the raw file was written.
+bool has_changed_since(const result_t& result) {
+    return result.modification_time && result.modification_time != inq_modification_time(result.job.input);
+}
+
+} // namespace
 
 earlier_run::earlier_run(const std::string& log) {
     std::error_code unknown;
@@ -24,12 +34,19 @@ earlier_run::earlier_run(const std::string& log) {
 
 std::optional<result_t> earlier_run::settle(const job_t& job) const {
     const auto found = m_results.find(job.input);
-    if (found == m_results.end() || found->second.job.output != job.output || may_pass(found->second.outcome))
+    if (found == m_results.end())
         return {};
-    if (!is_done(found->second.outcome))
-        return result_t{job, found->second.outcome, found->second.reason, {}};
+    const result_t& earlier = found->second;
+    if (earlier.job.output != job.output || may_pass(earlier.outcome) || has_changed_since(earlier))
+        return {};
     std::error_code unknown;
-    if (!fs::exists(job.output, unknown))
+    if (is_done(earlier.outcome) && !fs::exists(job.output, unknown))
         return {};
-    return result_t{job, outcome_t::skipped, "an earlier run converted it", {}};
+    result_t result{job, earlier.outcome, earlier.reason, {}};
+    if (is_done(earlier.outcome)) {
+        result.outcome = outcome_t::skipped;
+        result.reason = "an earlier run converted it";
+    }
+    result.modification_time = earlier.modification_time; // for the next run
+    return result;
 }

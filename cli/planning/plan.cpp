@@ -1,15 +1,18 @@
 #include "cli/planning/plan.h"
 
+#include "cli/existing_output.h"
 #include "cli/file_argument.h"
 #include "cli/planning/earlier_run.h"
-#include "cli/planning/existing_output.h"
+#include "cli/planning/file_roles.h"
 #include "cli/planning/folder_scan.h"
 #include "cli/planning/input_names.h"
 #include "cli/planning/output_name.h"
 #include "cli/planning/raw_name.h"
 #include "cli/planning/shared_outputs.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -18,6 +21,25 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr auto unusable = "the name is not UTF-8, holds a backslash, is too long, or names no file";
+
+existing_t existing_choice(const options_t& options) {
+    if (options.existing)
+        return *options.existing;
+    if (!options.output.empty())
+        return existing_t::overwrite;
+    return options.resume.empty() ? existing_t::error : existing_t::newer;
+}
+
+// What to say of a name that is neither a raw file's nor a folder's to look into.
+result_t refuse(const std::string& name) {
+    std::error_code error;
+    const fs::file_status status = fs::status(name, error);
+    if (!fs::status_known(status))
+        return {{name, ""}, outcome_t::system_failed, "cannot look at it: " + error.message(), {}};
+    if (!fs::exists(status))
+        return {{name, ""}, outcome_t::missing, "there is no such file", {}};
+    return {{name, ""}, outcome_t::bad_input, "not a .cr2 or .crw file", {}};
+}
 
 // Takes all names in, and sorts out what is there to convert.
 class planner final {
@@ -34,6 +56,7 @@ public:
 
     [[nodiscard]] plan_t take_plan() {
         m_plan.conflicts = remove_doubles(m_plan.jobs);
+        std::ranges::move(find_double_roles(m_options, m_plan.jobs), std::back_inserter(m_plan.conflicts));
         std::vector<job_t> jobs;
         for (job_t& job : std::exchange(m_plan.jobs, {}))
             if (auto result = settle(job))
@@ -54,14 +77,10 @@ private:
     }
 
     void add_file(const input_place_t& input) {
-        job_t job = job_for(input);
-        std::error_code unknown;
         if (m_options.is_single() || has_raw_name(input.path))
-            m_plan.jobs.push_back(std::move(job));
-        else if (!fs::exists(input.path, unknown))
-            m_plan.settled.push_back({{input.path, ""}, outcome_t::missing, "there is no such file", {}});
+            m_plan.jobs.push_back(job_for(input));
         else
-            m_plan.settled.push_back({{input.path, ""}, outcome_t::bad_input, "not a .cr2 or .crw file", {}});
+            m_plan.settled.push_back(refuse(input.path));
     }
 
     [[nodiscard]] job_t job_for(const input_place_t& input) const {
@@ -70,6 +89,7 @@ private:
         return {input.path,
                 output_name(input, m_options),
                 task_t::convert,
+                existing_choice(m_options),
                 !m_options.folder.empty(),
                 m_options.keeps_modification_times,
                 !m_options.report.empty(),
@@ -84,7 +104,7 @@ private:
         if (!locate(job.output))
             return result_t{job, outcome_t::bad_input, "cannot write " + job.output + ": " + unusable, {}};
         auto settled = m_earlier.settle(job);
-        return settled ? std::move(settled) : settle_by_output(job, m_options);
+        return settled ? std::move(settled) : settle_by_output(job);
     }
 
     const options_t& m_options;

@@ -4,13 +4,25 @@
 #include "platform/begun_file_name.h"
 
 #include <filesystem>
+#include <string_view>
+#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-bool is_begun(const std::string& name) {
-    return name.starts_with(platform::begun_file_prefix) && name.ends_with(platform::begun_file_ending);
+bool has_begun_name(std::string_view name) noexcept {
+    using namespace platform;
+    const std::size_t size = begun_file_prefix.size() + begun_file_digit_count + begun_file_ending.size();
+    if (name.size() != size || !name.starts_with(begun_file_prefix) || !name.ends_with(begun_file_ending))
+        return false;
+    const auto digits = name.substr(begun_file_prefix.size(), begun_file_digit_count);
+    return digits.find_first_not_of(begun_file_digits) == std::string_view::npos;
+}
+
+bool is_regular_file(const descriptor& file) noexcept {
+    struct stat found {};
+    return ::fstat(file.inq(), &found) == 0 && S_ISREG(found.st_mode);
 }
 
 } // namespace
@@ -19,10 +31,11 @@ void remove_begun_files(const std::string& folder) {
     std::error_code error;
     fs::directory_iterator entries(folder.empty() ? "." : folder, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-        if (!is_begun(entries->path().filename().string()))
+        if (!has_begun_name(entries->path().filename().string()))
             continue;
+        const descriptor abandoned = take_abandoned(entries->path().string());
         std::error_code ignored;
-        if (const descriptor abandoned = take_abandoned(entries->path().string()); abandoned.is_open())
+        if (abandoned.is_open() && is_regular_file(abandoned))
             fs::remove(entries->path(), ignored);
     }
 }

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -48,6 +49,8 @@ json_t object_of(const result_t& result) {
                    {"code", code_of(result.outcome)},
                    {"reason", result.reason}};
     add_facts(json, result.facts);
+    if (result.modification_time)
+        json["modified"] = *result.modification_time;
     json["seconds"] = rounded(result.seconds);
     return json;
 }
@@ -76,6 +79,8 @@ std::optional<result_t> result_of_json(std::string_view line) {
         json.at("reason").get_to(result.reason);
         result.facts = facts_of_json(json);
         result.thumbnail = json.value("thumbnail", "");
+        if (const auto time = json.find("modified"); time != json.end())
+            result.modification_time = time->get<double>();
         result.seconds = json.at("seconds");
         return result;
     });
@@ -93,10 +98,20 @@ std::string json_of(ending_t ending, const tally& sum) {
     return json_text({{"sum", std::move(json)}});
 }
 
+// A brace alone is what other JSON begins with.
+bool begins_like_log(std::string_view text) noexcept {
+    constexpr std::string_view beginnings[] = {R"({"input":")", R"({"sum":{)"};
+    const std::string_view line = text.substr(0, text.find('\n'));
+    return text.empty() || std::ranges::any_of(beginnings, [line](std::string_view beginning) {
+               return line.starts_with(beginning) || (line.size() > 1 && beginning.starts_with(line));
+           });
+}
+
 std::string json_of(const job_t& job) {
     return json_text({{"input", job.input},
                       {"output", job.output},
                       {"task", job.task},
+                      {"existing", job.existing},
                       {"makes_folders", job.makes_folders},
                       {"keeps_modification_time", job.keeps_modification_time},
                       {"has_thumbnail", job.has_thumbnail},
@@ -109,6 +124,7 @@ std::optional<job_t> job_of_json(std::string_view text) {
         json.at("input").get_to(job.input);
         json.at("output").get_to(job.output);
         json.at("task").get_to(job.task);
+        json.at("existing").get_to(job.existing);
         json.at("makes_folders").get_to(job.makes_folders);
         json.at("keeps_modification_time").get_to(job.keeps_modification_time);
         json.at("has_thumbnail").get_to(job.has_thumbnail);

@@ -19,5 +19,9 @@
 
 [[nodiscard]] std::string json_of(ending_t ending, const tally& sum);
 
+// Whether a text begins like a line of a result or a sum. It may be the beginning of a longer text, and its
+// first line may be one that was not written to its end.
+[[nodiscard]] bool begins_like_log(std::string_view text) noexcept;
+
 [[nodiscard]] std::string json_of(const job_t& job);
 [[nodiscard]] std::optional<job_t> job_of_json(std::string_view text);

@@ -6,12 +6,25 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 #include <system_error>
 
 namespace {
 
 [[noreturn]] void throw_unwritable(const std::string& name) {
     throw std::system_error(errno, std::generic_category(), "cannot write " + name);
+}
+
+// Whether a file may be a log. A pipe has no beginning to look at.
+bool may_be_log(const std::string& path) {
+    std::error_code unknown;
+    if (!std::filesystem::is_regular_file(path, unknown))
+        return true;
+    std::ifstream file(path, std::ios::binary);
+    std::string beginning(16, '\0');
+    file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    beginning.resize(static_cast<std::size_t>(file.gcount()));
+    return begins_like_log(beginning);
 }
 
 // The last line of a run that the power left is not whole. A pipe has no end to look at.
@@ -34,6 +47,8 @@ std::unique_ptr<result_sink> json_report::on_standard_output() {
 }
 
 std::unique_ptr<result_sink> json_report::in_file(const std::string& path) {
+    if (!may_be_log(path))
+        throw std::runtime_error("cannot append to " + path + ": it is no log of this program");
     const bool is_torn = ends_within_line(path);
     auto log = std::make_shared<std::ofstream>(path, std::ios::binary | std::ios::app);
     if (!*log)

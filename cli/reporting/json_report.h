@@ -16,7 +16,7 @@ public:
 
     [[nodiscard]] static std::unique_ptr<result_sink> on_standard_output();
 
-    // Throws std::system_error where the file cannot be opened.
+    // Throws std::runtime_error where the file cannot be opened, or holds something else than a log.
     [[nodiscard]] static std::unique_ptr<result_sink> in_file(const std::string& path);
 
     void take(const result_t& result, const tally& so_far) override;

@@ -20,7 +20,11 @@ _raw_to_tiff() {
         mapfile -t COMPREPLY < <(compgen -d -- "$word")
         return
         ;;
-    --files-from | -o | --output | --log | --report | --resume)
+    -o | --output)
+        mapfile -t COMPREPLY < <(compgen -d -- "$word"; compgen -f -X '!*.[tT][iI][fF]*' -- "$word")
+        return
+        ;;
+    --files-from | --log | --report | --resume)
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         return
         ;;

@@ -7,7 +7,7 @@ _arguments -s -S \
     '(-r --recursive)'{-r,--recursive}'[take folders, and the folders in them]' \
     '--files-from=[read more names from a file, - for standard input]:list:_files' \
     '(-0 --null)'{-0,--null}'[the names of the list end in zero bytes]' \
-    '(-o --output -d --directory)'{-o+,--output=}'[the TIFF to write, for a single raw file]:TIFF:_files' \
+    '(-o --output -d --directory)'{-o+,--output=}'[the TIFF to write, for a single raw file]:TIFF:_files -g "*.(#i)(tif|tiff)(-.)"' \
     '(-d --directory -o --output)'{-d+,--directory=}'[write into this folder]:folder:_directories' \
     '--existing=[what to do where the TIFF exists]:choice:(error skip overwrite newer)' \
     '--compression=[how the pixels are stored]:choice:(none deflate lzw zstd)' \

@@ -171,7 +171,7 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         auto& source = handles.find<raw_image>(image);
         auto& file = handles.find<output_stream>(stream).file;
         write_tiff(file, *make_picture(source.decoder), source.metadata, inq_compression());
-        file.commit();
+        file.commit(inq_replacing());
     });
 }
 

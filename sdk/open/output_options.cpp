@@ -6,6 +6,7 @@ namespace sdk_open {
 namespace {
 
 compression_t the_compression = compression_t::none;
+replacing_t the_replacing = replacing_t::allowed;
 
 } // namespace
 
@@ -19,6 +20,14 @@ void set_compression(compression_t compression) noexcept {
 
 compression_t inq_compression() noexcept {
     return the_compression;
+}
+
+void set_replacing(replacing_t replacing) noexcept {
+    the_replacing = replacing;
+}
+
+replacing_t inq_replacing() noexcept {
+    return the_replacing;
 }
 
 } // namespace sdk_open

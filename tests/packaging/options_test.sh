@@ -51,6 +51,7 @@ offers_only overwrite --existing = ov
 offers_only newer --existing n
 offers_only 'a.CR2 a.crw' a
 offers_only 'b c' b
+offers_only 'b c a.tif' -o ''
 offers_only a.tif --log a.t
 
 # Where they are installed, as scripts/test sees to.

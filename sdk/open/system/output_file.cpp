@@ -18,10 +18,10 @@ std::string folder_of(const std::string& path) {
     return separator == std::string::npos ? "./" : path.substr(0, separator + 1);
 }
 
-// 80 random bits, so that nobody can put something of that name in the way beforehand.
+// Random, so that nobody can put something of that name in the way beforehand.
 std::string random_name(int& error_number) {
-    constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuv";
-    std::array<std::byte, 16> random{};
+    constexpr std::string_view digits = platform::begun_file_digits;
+    std::array<std::byte, platform::begun_file_digit_count> random{};
     error_number = system_calls::random_bytes(random) == 0 ? 0 : errno;
     std::string name(platform::begun_file_prefix);
     for (const std::byte value : random)
@@ -109,12 +109,17 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
     }
 }
 
-void output_file::commit() {
+int output_file::take_name(replacing_t replacing) const noexcept {
+    return replacing == replacing_t::allowed ? system_calls::rename_over(m_temporary_path, m_path)
+                                             : system_calls::rename_to_unused(m_temporary_path, m_path);
+}
+
+void output_file::commit(replacing_t replacing) {
     const std::string folder = folder_of(m_path);
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
         throw_errno();
     check_target();
-    if (system_calls::rename_over(m_temporary_path, m_path) != 0)
+    if (take_name(replacing) != 0)
         throw_errno();
     // The file is there: from here on nothing may fail.
     m_temporary_path.clear();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sdk/open/output_options.h"
 #include "sdk/open/system/file_descriptor.h"
 #include "sdk/open/system/system_calls.h"
 
@@ -34,11 +35,12 @@ public:
     void write_at(std::uint64_t position, std::span<const std::byte> bytes);
 
     // Brings the file, of which something must have been written, to the medium and under its own name.
-    // Nothing can be written afterwards.
-    void commit();
+    // Nothing can be written afterwards. What was there by then is replaced, or else makes this fail.
+    void commit(replacing_t replacing);
 
 private:
     void check_target() const;
+    [[nodiscard]] int take_name(replacing_t replacing) const noexcept;
     void create_beside_target();
     void create_claimed();
     [[noreturn]] void throw_cannot_write(const std::string& why) const;

@@ -68,6 +68,10 @@ void flush_folder(const std::string& path) noexcept;
 int close_file(int descriptor) noexcept;
 
 [[nodiscard]] int rename_over(const std::string& from, const std::string& to) noexcept;
+
+// Fails with EEXIST where there is anything of that name. As safe as the file system can.
+[[nodiscard]] int rename_to_unused(const std::string& from, const std::string& to) noexcept;
+
 int remove_file(const std::string& path) noexcept;
 
 // Memory that is about to be filled as a whole comes in fewer and larger pages, where the system has them.

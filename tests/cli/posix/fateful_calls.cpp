@@ -1,5 +1,6 @@
 // Preloaded into the program, it makes a worker meet its fate when it opens a file whose name says so: it
-// crashes or hangs, or attempts what it may not do. With HANG_AT_FSYNC set, workers hang with a file begun.
+// crashes or hangs, attempts what it may not do, or sees someone else's files appear. With HANG_AT_FSYNC set,
+// workers hang with a file begun; with NO_NOREPLACE and NO_LINKS, the file system lacks these.
 
 #include <cerrno>
 #include <csignal>
@@ -7,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <initializer_list>
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -68,6 +70,20 @@ constexpr struct {
     {"send.cr2", send_to_a_stranger},
 };
 
+void let_files_appear() {
+    for (const char* const file : {"out/a appear.tif", "out/b.tif"})
+        ::close(open_file(file, O_WRONLY | O_CREAT));
+}
+
+// Makes a call that gives a file a name, unless the environment says that the file system cannot.
+template <typename... Arguments>
+int give_name(const char* lack, long number, Arguments... arguments) {
+    if (std::getenv(lack) == nullptr)
+        return static_cast<int>(::syscall(number, arguments...));
+    errno = EINVAL;
+    return -1;
+}
+
 } // namespace
 
 extern "C" {
@@ -77,6 +93,8 @@ extern "C" {
     for (const auto& [name, meet] : fates)
         if (std::strstr(path, name) != nullptr)
             return meet();
+    if (std::strstr(path, "appear.cr2") != nullptr)
+        let_files_appear();
     va_list arguments;
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
@@ -88,5 +106,14 @@ extern "C" {
     if (std::getenv("HANG_AT_FSYNC") != nullptr)
         hang();
     return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
+
+[[gnu::visibility("default")]] int renameat2(int old_folder, const char* old_name, int new_folder,
+                                             const char* new_name, unsigned flags) noexcept {
+    return give_name("NO_NOREPLACE", SYS_renameat2, old_folder, old_name, new_folder, new_name, flags);
+}
+
+[[gnu::visibility("default")]] int link(const char* old_name, const char* new_name) noexcept {
+    return give_name("NO_LINKS", SYS_linkat, AT_FDCWD, old_name, AT_FDCWD, new_name, 0);
 }
 }

@@ -1,6 +1,7 @@
 #include "tests/cli/posix/program_fixture.h"
 
 #include <chrono>
+#include <climits>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -30,9 +31,25 @@ std::string unprivileged() {
     return ::geteuid() == 0 ? "setpriv --bounding-set=-dac_override,-dac_read_search" : "";
 }
 
+// The system takes the path of each folder but the last.
+void make_deep_folder(const fs::path& folder) {
+    const fs::path start = fs::current_path();
+    for (fs::path name = folder; fs::current_path().string().size() < PATH_MAX - 256;
+         name = std::string(200, 'd')) {
+        fs::create_directory(name);
+        fs::current_path(name);
+    }
+    fs::create_directories(fs::path(std::string(200, 'd')) / std::string(200, 'd'));
+    fs::current_path(start);
+}
+
 TEST_F(many_files_test, answers_for_all) {
     fs::create_directory("locked");
     fs::permissions("locked", fs::perms::none);
+    fs::create_directories("listed/below");
+    write_file("listed/a.cr2", "");
+    fs::permissions("listed", fs::perms::owner_read);
+    make_deep_folder("../deep");
     write_file("bad\xFF.cr2", "");
     write_file("back\\slash.cr2", "");
     write_file("file", "");
@@ -40,6 +57,10 @@ TEST_F(many_files_test, answers_for_all) {
     fs::create_directory("other");
     fs::copy_file(SAMPLE_FILE, "other/a.cr2");
     fs::create_directory_symlink("other", "[x,y]");
+    write_file("cut log", "{\"inp");
+    write_file("list", "");
+    write_file("other.json", "{\n  \"input\": 1\n}\n");
+    const std::string in_gone_folder = "mkdir gone; cd gone; rmdir ../gone;";
     const std::string both = "out/a.tif out/below/b\n.tif ";
     const struct {
         words_t arguments;
@@ -99,6 +120,23 @@ TEST_F(many_files_test, answers_for_all) {
          "locked: cannot read the folder",
          "out/b\n.tif ",
          unprivileged()},
+        {{"-r", "in/below", "listed", "-d", "out"},
+         3,
+         "",
+         "listed: cannot read the folder: Permission denied\n",
+         "out/b\n.tif ",
+         unprivileged()},
+        {{"-r", "listed/below", "listed/a.cr2", "-d", "out"},
+         3,
+         "",
+         "listed/below: cannot look at it: Permission denied\n",
+         "",
+         unprivileged()},
+        {{"-r", "in/below", "../deep", "-d", "out"},
+         3,
+         "",
+         "ddd: cannot read the folder: File name too long\n",
+         "out/b\n.tif "},
         {{"in/a.CR2", "-d", "out", "-o", "x.tif"}, 2, "", "", ""},
         {{"in/a.CR2", "other/a.cr2", "-o", "x.tif"}, 2, "", "-o takes a single raw file", ""},
         {{"other/a.cr2", "-o", "out.tif"}, 0, "", "", "out.tif "},
@@ -130,6 +168,27 @@ TEST_F(many_files_test, answers_for_all) {
         {{"in/a.CR2", "-d", "out", "--timeout", "nan"}, 2, "", "not a number of seconds", ""},
         {{"in/a.CR2", "-d", "out", "--memory-limit", "-1"}, 2, "", "not a size above 0", ""},
         {{"in/a.CR2", "-d", "out", "--wrong\n"}, 2, "", "--wrong? (see raw-to-tiff --help)\n", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "in/notes.txt"}, 2, "", "in/notes.txt: it is no log", ""},
+        {{"in/a.CR2", "-d", "out", "--resume", "other.json"}, 2, "", "other.json: it is no log", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "cut log"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--log", "cut log"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--log", "./out/a.tif"},
+         2,
+         "",
+         "out/a.tif cannot be both the log and the TIFF of in/a.CR2",
+         ""},
+        {{"--files-from", "list", "--log", "./list"},
+         2,
+         "",
+         "./list cannot be both the list and the log",
+         ""},
+        {{"in/a.CR2", "-d", "out", "--report", "x.html", "--resume", "x.html"}, 2, "", "and the report", ""},
+        {{"in/a.CR2", "-d", "out"},
+         3,
+         "",
+         "cannot find the working folder: No such file",
+         "",
+         in_gone_folder},
         {{"in/a.CR2", "-d", "out", "--log", "none/log"}, 2, "", "cannot write none/log", ""},
         {{"in/a.CR2", "-d", "out", "--log", "pipe"},
          0,

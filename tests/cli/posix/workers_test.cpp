@@ -166,6 +166,67 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
     EXPECT_EQ(list_folder("."), words_t({"all.html", "in", "log", "never killed", "out", "tmp"}));
     EXPECT_EQ(run({"-rd", "out", "in", "--resume", "log"}), 1);
     EXPECT_NE(m_errors.find("0 converted, 30 skipped, 1 failed"), std::string::npos) << m_errors;
+    write_file("in/bad.cr2", read_file("in/0.cr2"));
+    EXPECT_EQ(run({"-rd", "out", "in", "--resume", "log"}), 0);
+    EXPECT_NE(m_errors.find("1 converted, 30 skipped, 0 failed"), std::string::npos) << m_errors;
+}
+
+// The first appears while the worker is at it, the second before.
+TEST_F(workers_test, mind_what_appears_after_the_plan) {
+    for (const char* name : {"a appear.cr2", "b.cr2", "c.cr2"})
+        add_raw_file(name);
+    const struct {
+        std::string choice;
+        std::string setting;
+        int exit_code;
+        std::string told;
+        std::uintmax_t n_replaced;
+    } rows[] = {
+        {"error", "", 1, "in/a appear.cr2: out/a appear.tif exists", 0},
+        {"error", "", 1, "in/b.cr2: out/b.tif exists", 0},
+        {"error", "NO_NOREPLACE=1 ", 1, "1 converted, 0 skipped, 2 failed", 0},
+        {"error", "NO_NOREPLACE=1 NO_LINKS=1 ", 1, "1 converted, 0 skipped, 2 failed", 0},
+        {"skip", "", 0, "1 converted, 2 skipped, 0 failed", 0},
+        {"newer", "", 0, "1 converted, 2 skipped, 0 failed", 0},
+        {"overwrite", "", 0, "3 converted", 2},
+    };
+    for (const auto& [choice, setting, exit_code, told, n_replaced] : rows) {
+        SCOPED_TRACE(setting + choice);
+        EXPECT_EQ(run({"-rd", "out", "in", "-j", "1", "--existing", choice}, preload + setting), exit_code);
+        EXPECT_NE(m_errors.find(told), std::string::npos) << m_errors;
+        EXPECT_EQ(list_outputs(), "out/a appear.tif out/b.tif out/c.tif ");
+        EXPECT_EQ(!fs::is_empty("out/a appear.tif") + !fs::is_empty("out/b.tif"), n_replaced);
+        fs::remove_all("out");
+    }
+}
+
+TEST_F(workers_test, tidy_up_what_is_their_own) {
+    add_raw_file("a.cr2");
+    fs::create_directory("out");
+    const struct {
+        fs::path file;
+        fs::perms folder_rights;
+        bool is_theirs;
+    } rows[] = {
+        {"tmp/raw-to-tiff-run-0aZ9xy/raw-to-tiff-workers/1/copy", fs::perms::owner_all, true},
+        {"tmp/raw-to-tiff-run-0aZ9xx/raw-to-tiff-workers/1/copy", fs::perms(0755), false},
+        {"tmp/raw-to-tiff-run-0aZ9xz/keep", fs::perms::owner_all, false},
+        {"tmp/raw-to-tiff-run-2026/raw-to-tiff-workers/keep", fs::perms::owner_all, false},
+        {"out/.raw-to-tiff-0123456789abcduv.part", fs::perms::all, true},
+        {"out/.raw-to-tiff-0123456789abcduz.part", fs::perms::all, false},
+        {"out/.raw-to-tiff-mine.part", fs::perms::all, false},
+    };
+    for (const auto& row : rows) {
+        fs::create_directories(row.file.parent_path());
+        write_file(row.file, "");
+        fs::permissions(*row.file.begin() / *std::next(row.file.begin()), row.folder_rights);
+    }
+    fs::create_directory("out/.raw-to-tiff-0123456789abcdef.part");
+    EXPECT_EQ(run({"-rd", "out", "in"}), 0) << m_errors;
+    for (const auto& row : rows)
+        EXPECT_NE(fs::exists(row.file), row.is_theirs) << row.file;
+    EXPECT_TRUE(fs::exists("out/.raw-to-tiff-0123456789abcdef.part"));
+    EXPECT_FALSE(fs::exists("tmp/raw-to-tiff-run-0aZ9xy"));
 }
 
 TEST_F(workers_test, have_a_full_disk) {

@@ -172,6 +172,12 @@ int rename_over(const std::string& from, const std::string& to) noexcept {
     return ::MoveFileExW(source.c_str(), target.c_str(), flags) != 0 ? 0 : failed();
 }
 
+int rename_to_unused(const std::string& from, const std::string& to) noexcept {
+    const system_path source(from);
+    const system_path target(to);
+    return ::MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH) != 0 ? 0 : failed();
+}
+
 int remove_file(const std::string& path) noexcept {
     return ::_wunlink(system_path(path).c_str());
 }

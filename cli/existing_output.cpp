@@ -1,4 +1,4 @@
-#include "cli/planning/existing_output.h"
+#include "cli/existing_output.h"
 
 #include <filesystem>
 #include <system_error>
@@ -7,12 +7,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-existing_t policy_of(const options_t& options) {
-    if (options.existing)
-        return *options.existing;
-    if (!options.output.empty())
-        return existing_t::overwrite;
-    return options.resume.empty() ? existing_t::error : existing_t::newer;
+bool has_output(const job_t& job) {
+    std::error_code unknown;
+    return fs::exists(fs::symlink_status(job.output, unknown));
 }
 
 // False where the system does not tell: the conversion says then what is wrong.
@@ -26,14 +23,17 @@ bool is_up_to_date(const job_t& job) {
 
 } // namespace
 
-std::optional<result_t> settle_by_output(const job_t& job, const options_t& options) {
-    const existing_t policy = policy_of(options);
-    std::error_code unknown;
-    if (policy == existing_t::overwrite || !fs::exists(fs::symlink_status(job.output, unknown)))
+std::optional<result_t> settle_by_output(const job_t& job) {
+    if (job.existing == existing_t::overwrite || !has_output(job))
         return {};
-    if (policy == existing_t::error)
+    if (job.existing == existing_t::error)
         return result_t{job, outcome_t::output_exists, job.output + " exists (see --existing)", {}};
-    if (policy == existing_t::newer && !is_up_to_date(job))
+    if (job.existing == existing_t::newer && !is_up_to_date(job))
         return {};
     return result_t{job, outcome_t::skipped, job.output + " exists", {}};
+}
+
+sdk_open::replacing_t may_replace_output(const job_t& job) {
+    const bool may = job.existing == existing_t::overwrite || has_output(job);
+    return may ? sdk_open::replacing_t::allowed : sdk_open::replacing_t::refused;
 }
