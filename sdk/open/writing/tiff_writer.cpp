@@ -2,7 +2,6 @@
 
 #include "sdk/open/decoding/mosaic_buffer.h"
 #include "sdk/open/developing/band_team.h"
-#include "sdk/open/failure.h"
 #include "sdk/open/metadata/metadata_field.h"
 #include "sdk/open/writing/band_compressor.h"
 #include "sdk/open/writing/colour_profile.h"
@@ -16,6 +15,7 @@
 #include <cstdio>
 #include <deque>
 #include <exception>
+#include <new>
 #include <span>
 #include <string>
 #include <vector>
@@ -110,14 +110,14 @@ public:
 private:
     [[nodiscard]] TIFF* file() const noexcept { return m_tiff.get(); }
 
-    // Where libtiff fails on its own, for lack of memory, it may have counted fields that it has not got: to
-    // close it would end the process.
+    // Where libtiff fails on its own, it is for lack of memory, and it may have counted fields that it has not
+    // got: to close it would end the process.
     void check(bool succeeded) {
         m_sink.rethrow();
         if (succeeded)
             return;
         static_cast<void>(m_tiff.release());
-        throw failure(error_code_t::failed, "cannot make the TIFF");
+        throw std::bad_alloc();
     }
 
     template <typename... Values>
