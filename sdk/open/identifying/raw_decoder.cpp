@@ -83,7 +83,7 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     m_stream.lift_limits();
     m_is_packed = is_left_to_libraw(*m_libraw);
     if (m_is_packed)
-        check_packed(*m_libraw, bytes.size());
+        check_packed(*m_libraw, bytes);
     else
         m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
 }
