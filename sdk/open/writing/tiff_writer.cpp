@@ -47,6 +47,8 @@ private:
     static tmsize_t refuse_to_read(thandle_t, void*, tmsize_t) { return -1; }
 
     static tmsize_t write(thandle_t client, void* source, tmsize_t count) {
+        if (source == nullptr) // libtiff found no memory for what it was to write
+            return -1;
         auto& self = *static_cast<file_sink*>(client);
         try {
             const auto length = static_cast<std::size_t>(count);
@@ -110,8 +112,8 @@ public:
 private:
     [[nodiscard]] TIFF* file() const noexcept { return m_tiff.get(); }
 
-    // Where libtiff fails on its own, it is for lack of memory, and it may have counted fields that it has not
-    // got: to close it would end the process.
+    // Where libtiff fails on its own, it is for lack of memory, and it may have counted fields that it has
+    // not got: to close it would end the process.
     void check(bool succeeded) {
         m_sink.rethrow();
         if (succeeded)

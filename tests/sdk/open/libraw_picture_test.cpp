@@ -263,4 +263,28 @@ TEST(libraw_picture, is_none_where_libraw_meets_with_damage) {
               "the file ends early or its structure is damaged");
 }
 
+std::string make_entry(unsigned tag, unsigned type, unsigned count, std::size_t value) {
+    std::string entry;
+    for (const auto& [number, size] : {std::pair{std::size_t{tag}, 2}, {type, 2}, {count, 4}, {value, 4}})
+        for (int at = 0; at < size; ++at)
+            entry += static_cast<char>(number >> 8 * at & 0xff);
+    return entry;
+}
+
+// LibRaw would divide by a width of nothing, or go through the picture for each of 55,551 slices.
+TEST(libraw_picture, is_none_where_libraw_would_be_led_astray) {
+    const std::string sraw = make_sraw(1);
+    const std::size_t jpeg = sraw.rfind("\xff\xd8\xff\xc4");
+    const std::size_t entries = sraw.find(make_entry(0x111, 4, 1, jpeg)) + 12;
+    constexpr std::string_view impossible = "the pixel data have an impossible geometry";
+    std::string narrow = sraw;
+    narrow.replace(entries, 24, make_entry(0x100, 4, 1, sraw_width) + make_entry(0x101, 4, 1, sraw_height));
+    EXPECT_EQ(reason_against(narrow), "");
+    narrow.replace(sraw.find("\xff\xc3", jpeg) + 7, 2, "\0\1"s);
+    EXPECT_EQ(reason_against(narrow), impossible);
+    std::string sliced = sraw;
+    sliced.replace(entries, 12, make_entry(0xc640, 3, 3, jpeg)); // which begins with ff d8
+    EXPECT_EQ(reason_against(sliced), impossible);
+}
+
 } // namespace
