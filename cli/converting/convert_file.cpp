@@ -5,6 +5,7 @@
 #include "cli/existing_output.h"
 #include "cli/file_argument.h"
 #include "conversion/convert_raw_to_tiff.h"
+#include "conversion/edsdk.h"
 #include "conversion/pixrerr.h"
 
 #include <filesystem>
@@ -37,10 +38,10 @@ void keep_modification_time(result_t& result) {
              "written, but without the raw file's time: " + error.message());
 }
 
-// Someone else may have made the TIFF during the conversion.
+// Where someone else has made the TIFF meanwhile, it is as if it had been there.
 void explain_failed_conversion(result_t& result, int code, const ZFileLocation& raw) {
     explain_failure(result, code, raw);
-    if (result.outcome != outcome_t::system_failed)
+    if (inq_sdk_failure_blame() != sdk_blame_t::appeared_output)
         return;
     if (auto settled = settle_by_output(result.job))
         result = std::move(*settled);

@@ -13,6 +13,7 @@ outcome_t outcome_of_failure() {
     case sdk_blame_t::picture:
         return outcome_t::bad_input;
     case sdk_blame_t::system:
+    case sdk_blame_t::appeared_output:
         return outcome_t::system_failed;
     case sdk_blame_t::full_disk:
         return outcome_t::disk_full;

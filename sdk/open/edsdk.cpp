@@ -47,6 +47,8 @@ sdk_blame_t blame_for(error_code_t code) noexcept {
         return sdk_blame_t::memory;
     case error_code_t::disk_full:
         return sdk_blame_t::full_disk;
+    case error_code_t::output_appeared:
+        return sdk_blame_t::appeared_output;
     case error_code_t::failed:
     case error_code_t::cannot_open_input:
     case error_code_t::cannot_write_output:

@@ -54,6 +54,7 @@ constexpr std::size_t table_count = 4;
 
 // What the segments have told so far.
 struct headers {
+    sampling_t sampling = sampling_t::even; // that is wanted
     std::optional<lossless_jpeg> frame;
     std::array<unsigned, most_jpeg_components> names{}; // of the frame's components
     std::array<std::shared_ptr<const prefix_code>, table_count> tables;
@@ -80,6 +81,13 @@ void read_tables(byte_reader segment, headers& found) {
     throw_damaged("the pixel data have an impossible geometry");
 }
 
+// The factors are the horizontal and the vertical one, four bits each.
+bool is_sampled_as(sampling_t wanted, unsigned component, unsigned factors) noexcept {
+    if (wanted == sampling_t::reduced && component == 0)
+        return factors == 0x21 || factors == 0x22;
+    return factors == 0x11;
+}
+
 void read_frame(byte_reader segment, headers& found) {
     lossless_jpeg frame{};
     frame.precision = segment.take_u8();
@@ -87,14 +95,13 @@ void read_frame(byte_reader segment, headers& found) {
     frame.width = segment.take_u16();
     frame.components = segment.take_u8();
     if (frame.precision < 2 || frame.precision > 16 || frame.components > most_jpeg_components ||
-        frame.inq_sample_count() == 0 || found.frame)
+        frame.inq_sample_count() == 0 || found.frame ||
+        (found.sampling == sampling_t::reduced && (frame.components != 3 || frame.width < 2)))
         throw_impossible_geometry();
     for (unsigned component = 0; component < frame.components; ++component) {
-        constexpr unsigned not_subsampled = 0x11;
         found.names[component] = segment.take_u8();
-        if (segment.take_u8() != not_subsampled)
-            throw failure(error_code_t::not_supported,
-                          "raw pictures of reduced resolution are not supported");
+        if (!is_sampled_as(found.sampling, component, segment.take_u8()))
+            throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
         [[maybe_unused]] const unsigned quantisation = segment.take_u8();
     }
     found.frame = frame;
@@ -131,11 +138,12 @@ lossless_jpeg read_scan(byte_reader segment, const headers& found) {
 
 } // namespace
 
-lossless_jpeg read_lossless_jpeg(std::span<const std::byte> bytes) {
+lossless_jpeg read_lossless_jpeg(std::span<const std::byte> bytes, sampling_t sampling) {
     byte_reader reader(bytes);
     if (reader.take_u16() != start_of_image)
         throw_damaged("there are no pixel data where they should be");
     headers found;
+    found.sampling = sampling;
     for (;;) {
         const unsigned marker = reader.take_marker();
         const unsigned length = reader.take_u16();

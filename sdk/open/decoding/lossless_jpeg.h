@@ -29,9 +29,15 @@ struct lossless_jpeg {
     }
 };
 
+enum class sampling_t {
+    even,    // all components have the frame's resolution
+    reduced, // the first of three has; two or four of its samples come with one of each other
+};
+
 // Reads the headers at the start of the bytes, which must stay while the answer is in use. Throws
 // failure(damaged_picture) where they are cut off or contradict themselves, or a code table is missing or no
-// prefix code, and failure(not_supported) where components have resolutions of their own.
-[[nodiscard]] lossless_jpeg read_lossless_jpeg(std::span<const std::byte> bytes);
+// prefix code, and failure(not_supported) where the components' resolutions are others.
+[[nodiscard]] lossless_jpeg read_lossless_jpeg(std::span<const std::byte> bytes,
+                                               sampling_t sampling = sampling_t::even);
 
 } // namespace sdk_open

@@ -23,11 +23,15 @@ void check_size(const libraw_image_sizes_t& sizes) {
                       "the raw picture has more pixels than any such camera makes");
 }
 
-// Without a balance of the camera's own that for daylight is taken, which LibRaw has for each model.
+// Without a balance of the camera's own that for daylight is taken, which LibRaw has for each model. Where
+// there is anything to demosaic, it is by the one way of LibRaw's that does for four colours and takes no
+// threads.
 void set_parameters(libraw_output_params_t& parameters, const libraw_colordata_t& color) {
     const bool is_as_shot = color.cam_mul[0] > 0 && color.cam_mul[2] > 0;
     parameters.use_camera_wb = is_as_shot ? 1 : 0;
     parameters.adjust_maximum_thr = 0; // or pictures without highlights would become brighter
+    constexpr int variable_number_of_gradients = 1;
+    parameters.user_qual = variable_number_of_gradients;
 }
 
 // LibRaw begins its work with what it knew when the picture was decoded, and takes what it then held to be
@@ -46,8 +50,8 @@ void set_levels_and_area(libraw_data_t& data, const mosaic_area& lit) {
 }
 
 // Has LibRaw turn what is decoded into linear light of sRGB. Then it is to tell of the raw picture again.
-void process(LibRaw& libraw) {
-    const int answer = libraw.dcraw_process();
+void process(own_decoder_libraw& libraw) {
+    const int answer = libraw.develop();
     libraw.raw2image_start();
     switch (answer) {
     case LIBRAW_SUCCESS:
@@ -65,7 +69,7 @@ libraw_picture::libraw_picture(raw_decoder& decoder)
     : m_data(decoder.inq_data()), m_curve(make_srgb_curve()) {
     check_size(m_data.sizes);
     decoder.require_colours();
-    LibRaw& libraw = decoder.decode_whole();
+    own_decoder_libraw& libraw = decoder.decode_whole();
     static_cast<void>(light_range(m_data.color)); // LibRaw would make noise of levels that cannot be
     const mosaic_area frame = find_camera_frame(m_data);
     const mosaic_area lit = find_lit_area(m_data);

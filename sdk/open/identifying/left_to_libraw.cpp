@@ -3,6 +3,7 @@
 #include "sdk/open/decoding/mosaic_buffer.h"
 #include "sdk/open/failure.h"
 #include "sdk/open/identifying/picture_size.h"
+#include "sdk/open/identifying/stored_jpeg.h"
 
 #include <array>
 #include <cstdio>
@@ -12,6 +13,19 @@ namespace {
 
 constexpr std::string_view reduced_decoder = "canon_sraw_load_raw()";
 constexpr std::string_view plain_decoder = "canon_600_load_raw()";
+
+// LibRaw divides by the JPEG's width, believes the lengths of its code tables, goes through all rows for each
+// slice, and writes to where only pictures without filters have memory.
+void check_reduced(LibRaw& identified, std::span<const std::byte> bytes) {
+    constexpr unsigned most_slices = 64; // cameras make a few
+    const libraw_data_t& data = identified.imgdata;
+    if (data.idata.filters != 0 || data.idata.colors != 3)
+        throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
+    if (data.sizes.height % 2 != 0 || // LibRaw writes two rows at a time
+        identified.get_internal_data_pointer()->unpacker_data.cr2_slice[0] > most_slices)
+        throw_damaged("the pixel data have an impossible geometry");
+    static_cast<void>(read_stored_jpeg(bytes, identified, sampling_t::reduced));
+}
 
 } // namespace
 
@@ -27,13 +41,13 @@ bool is_left_to_libraw(LibRaw& identified) {
     return name == reduced_decoder || name == plain_decoder;
 }
 
-void check_packed(LibRaw& identified, std::size_t file_size) {
+void check_packed(LibRaw& identified, std::span<const std::byte> bytes) {
     const libraw_image_sizes_t& sizes = identified.imgdata.sizes;
     const bool is_reduced = decoder_name(identified) == reduced_decoder;
-    check_size(sizes, most_samples, file_size, is_reduced ? 8 : 1); // a code takes a bit or more
+    check_size(sizes, most_samples, bytes.size(), is_reduced ? 8 : 1); // a code takes a bit or more
     check_borders(sizes);
-    if (is_reduced && sizes.height % 2 != 0) // LibRaw writes two rows at a time
-        throw_damaged("the pixel data have an impossible geometry");
+    if (is_reduced)
+        check_reduced(identified, bytes);
 }
 
 void check_unpacked(LibRaw& unpacked, LibRaw_abstract_datastream& stream) {

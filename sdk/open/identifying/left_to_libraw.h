@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <libraw/libraw.h>
+#include <span>
 #include <string_view>
 
 namespace sdk_open {
@@ -13,8 +14,9 @@ namespace sdk_open {
 // pixel, or the plain samples of the oldest .crw.
 [[nodiscard]] bool is_left_to_libraw(LibRaw& identified);
 
-// Looks at such a picture before LibRaw takes memory for it. Throws failure where its size cannot be.
-void check_packed(LibRaw& identified, std::size_t file_size);
+// Looks at such a picture, in these bytes, before LibRaw takes memory for it. Throws failure where its size
+// cannot be, or LibRaw would trust what it must not.
+void check_packed(LibRaw& identified, std::span<const std::byte> bytes);
 
 // Looks at where LibRaw has come to in the file. Throws failure(damaged_picture) where that is not the end of
 // the pixel data: it takes no notice of headers that it does not understand, and leaves the picture blank.

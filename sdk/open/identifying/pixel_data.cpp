@@ -5,6 +5,7 @@
 #include "sdk/open/identifying/left_to_libraw.h"
 #include "sdk/open/identifying/picture_size.h"
 #include "sdk/open/identifying/raw_format.h"
+#include "sdk/open/identifying/stored_jpeg.h"
 
 #include <cstdint>
 
@@ -26,12 +27,9 @@ cr2_mosaic find_in_cr2(std::span<const std::byte> bytes, LibRaw& identified) {
     constexpr std::uint64_t samples_per_byte = 8; // the shortest code takes a bit
     check_size(identified.imgdata.sizes, most_samples, bytes.size(), samples_per_byte);
     const unpacker_data_t& found = identified.get_internal_data_pointer()->unpacker_data;
-    if (decoder_name(identified) != "lossless_jpeg_load_raw()" || found.data_offset < 0)
+    if (decoder_name(identified) != "lossless_jpeg_load_raw()")
         throw_no_picture();
-    const auto offset = static_cast<std::uint64_t>(found.data_offset);
-    if (offset >= bytes.size())
-        throw_damaged("the pixel data end early");
-    return {read_lossless_jpeg(bytes.subspan(offset)),
+    return {read_stored_jpeg(bytes, identified, sampling_t::even),
             {found.cr2_slice[0], found.cr2_slice[1], found.cr2_slice[2]},
             lead_of(identified.imgdata.sizes.raw_width)};
 }

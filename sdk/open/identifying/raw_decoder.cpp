@@ -83,7 +83,7 @@ raw_decoder::raw_decoder(std::span<const std::byte> bytes)
     m_stream.lift_limits();
     m_is_packed = is_left_to_libraw(*m_libraw);
     if (m_is_packed)
-        check_packed(*m_libraw, bytes.size());
+        check_packed(*m_libraw, bytes);
     else
         m_stored = std::make_unique<pixel_data>(bytes, *m_libraw);
 }
@@ -120,7 +120,7 @@ void raw_decoder::require_colours() const {
         throw failure(error_code_t::not_supported, "the colours of this camera model are not known");
 }
 
-LibRaw& raw_decoder::decode_whole() {
+own_decoder_libraw& raw_decoder::decode_whole() {
     if (m_is_packed)
         unpack();
     else
@@ -130,7 +130,7 @@ LibRaw& raw_decoder::decode_whole() {
 
 // LibRaw counts most of the damage that it notices and goes on.
 void raw_decoder::unpack() {
-    check(m_libraw->unpack());
+    check(m_libraw->unpack_by_libraw());
     if (m_libraw->error_count() != 0)
         throw_damaged("the pixel data are damaged");
     check_unpacked(*m_libraw, m_stream);

@@ -42,7 +42,7 @@ public:
 
     // Decodes all of it, once, for LibRaw to develop. Throws failure where the pixel data are damaged, and
     // std::bad_alloc.
-    [[nodiscard]] LibRaw& decode_whole();
+    [[nodiscard]] own_decoder_libraw& decode_whole();
 
 private:
     void decode_into(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows);

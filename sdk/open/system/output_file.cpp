@@ -92,9 +92,10 @@ void output_file::throw_errno() const {
 }
 
 void output_file::throw_errno(int error_number) const {
-    const bool is_full = system_calls::says_full_disk(error_number);
-    throw failure(is_full ? error_code_t::disk_full : error_code_t::cannot_write_output,
-                  "cannot write " + m_path + ": " + system_message(error_number));
+    const error_code_t code = system_calls::says_full_disk(error_number) ? error_code_t::disk_full
+                              : error_number == EEXIST                   ? error_code_t::output_appeared
+                                                                         : error_code_t::cannot_write_output;
+    throw failure(code, "cannot write " + m_path + ": " + system_message(error_number));
 }
 
 void output_file::write_at(std::uint64_t position, std::span<const std::byte> bytes) {
@@ -114,16 +115,29 @@ int output_file::take_name(replacing_t replacing) const noexcept {
                                              : system_calls::rename_to_unused(m_temporary_path, m_path);
 }
 
+// A folder that may be written but not read cannot be flushed: there is none then.
+file_descriptor output_file::open_folder() const {
+    file_descriptor folder(system_calls::open_folder(folder_of(m_path)));
+    if (!folder.is_open() && errno != EACCES)
+        throw_errno();
+    return folder;
+}
+
+void output_file::flush(const file_descriptor& folder) const {
+    if (folder.is_open() && system_calls::flush_folder(folder.inq()) != 0)
+        throw failure(error_code_t::cannot_write_output,
+                      m_path + " is written, but may not outlast a crash: " + system_message(errno));
+}
+
 void output_file::commit(replacing_t replacing) {
-    const std::string folder = folder_of(m_path);
+    const file_descriptor folder = open_folder();
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
         throw_errno();
     check_target();
     if (take_name(replacing) != 0)
         throw_errno();
-    // The file is there: from here on nothing may fail.
     m_temporary_path.clear();
-    system_calls::flush_folder(folder);
+    flush(folder);
 }
 
 } // namespace sdk_open

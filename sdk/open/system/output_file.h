@@ -35,7 +35,9 @@ public:
     void write_at(std::uint64_t position, std::span<const std::byte> bytes);
 
     // Brings the file, of which something must have been written, to the medium and under its own name.
-    // Nothing can be written afterwards. What was there by then is replaced, or else makes this fail.
+    // Nothing can be written afterwards. What was there by then is replaced, or else makes this fail. Where
+    // all but the last step worked, which is to bring the name to the medium, the new file stays, and the
+    // failure says so.
     void commit(replacing_t replacing);
 
 private:
@@ -43,6 +45,8 @@ private:
     [[nodiscard]] int take_name(replacing_t replacing) const noexcept;
     void create_beside_target();
     void create_claimed();
+    [[nodiscard]] file_descriptor open_folder() const;
+    void flush(const file_descriptor& folder) const;
     [[noreturn]] void throw_cannot_write(const std::string& why) const;
     [[noreturn]] void throw_errno() const;
     [[noreturn]] void throw_errno(int error_number) const;

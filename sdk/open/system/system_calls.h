@@ -61,8 +61,11 @@ struct file_status {
 // Returns when the file's contents are on the medium.
 [[nodiscard]] int flush_to_medium(int descriptor) noexcept;
 
-// The same for the names in a folder, as far as the file system can.
-void flush_folder(const std::string& path) noexcept;
+// Opens a folder for flush_folder(); EACCES where that may not be, or need not.
+[[nodiscard]] int open_folder(const std::string& path) noexcept;
+
+// Returns when the names in the folder are on the medium, as far as the file system can.
+[[nodiscard]] int flush_folder(int descriptor) noexcept;
 
 // The descriptor is gone whatever the answer is; a close that was interrupted is no failure.
 int close_file(int descriptor) noexcept;

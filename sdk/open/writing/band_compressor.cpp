@@ -1,7 +1,5 @@
 #include "sdk/open/writing/band_compressor.h"
 
-#include "sdk/open/failure.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <new>
@@ -9,8 +7,9 @@
 namespace sdk_open {
 namespace {
 
+// It is compressed into memory, which is all that can be wanting.
 [[noreturn]] void throw_cannot_compress() {
-    throw failure(error_code_t::failed, "cannot compress the picture");
+    throw std::bad_alloc();
 }
 
 } // namespace

@@ -1,12 +1,11 @@
 #include "sdk/open/writing/colour_profile.h"
 
-#include "sdk/open/failure.h"
-
 #include <algorithm>
 #include <array>
 #include <lcms2.h>
 #include <lcms2_plugin.h>
 #include <memory>
+#include <new>
 
 namespace sdk_open {
 namespace {
@@ -41,8 +40,9 @@ context_handle make_context() {
     return context_handle(cmsCreateContext(&no_locks, nullptr));
 }
 
+// The profile is always the same, so that nothing but memory can be wanting.
 [[noreturn]] void throw_no_profile() {
-    throw failure(error_code_t::failed, "cannot make the colour profile");
+    throw std::bad_alloc();
 }
 
 // The profile's header tells when it was made: twelve bytes, year, month, day, hour, minute and second.

@@ -2,7 +2,6 @@
 
 #include "sdk/open/decoding/mosaic_buffer.h"
 #include "sdk/open/developing/band_team.h"
-#include "sdk/open/failure.h"
 #include "sdk/open/metadata/metadata_field.h"
 #include "sdk/open/writing/band_compressor.h"
 #include "sdk/open/writing/colour_profile.h"
@@ -16,6 +15,7 @@
 #include <cstdio>
 #include <deque>
 #include <exception>
+#include <new>
 #include <span>
 #include <string>
 #include <vector>
@@ -47,6 +47,8 @@ private:
     static tmsize_t refuse_to_read(thandle_t, void*, tmsize_t) { return -1; }
 
     static tmsize_t write(thandle_t client, void* source, tmsize_t count) {
+        if (source == nullptr) // libtiff found no memory for what it was to write
+            return -1;
         auto& self = *static_cast<file_sink*>(client);
         try {
             const auto length = static_cast<std::size_t>(count);
@@ -110,14 +112,14 @@ public:
 private:
     [[nodiscard]] TIFF* file() const noexcept { return m_tiff.get(); }
 
-    // Where libtiff fails on its own, for lack of memory, it may have counted fields that it has not got: to
-    // close it would end the process.
+    // Where libtiff fails on its own, it is for lack of memory, and it may have counted fields that it has
+    // not got: to close it would end the process.
     void check(bool succeeded) {
         m_sink.rethrow();
         if (succeeded)
             return;
         static_cast<void>(m_tiff.release());
-        throw failure(error_code_t::failed, "cannot make the TIFF");
+        throw std::bad_alloc();
     }
 
     template <typename... Values>

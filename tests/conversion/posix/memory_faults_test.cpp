@@ -81,9 +81,9 @@ protected:
     memory_faults_test() { make_folder("tmp"); }
     ~memory_faults_test() override { sdk_open::set_compression(sdk_open::compression_t::none); }
 
-    void prepare(const char* sample, sdk_open::compression_t compression) {
+    void prepare(const char* raw, sdk_open::compression_t compression) {
         sdk_open::set_compression(compression);
-        write("raw.cr2", read_file(std::filesystem::path(SAMPLE_FOLDER) / sample));
+        write("raw.cr2", read_file(std::filesystem::path(PROJECT_FOLDER) / raw));
         for (int i = 0; i < 2; ++i) // what is set up once is not asked for any more
             ASSERT_EQ(convert({}), 0);
         m_whole = read("out.tif").value();
@@ -106,6 +106,11 @@ protected:
         const int result = convert(fault);
         EXPECT_TRUE(result == 0 || result == 11) << result;
         EXPECT_TRUE(read("out.tif") == (result == 0 ? m_whole : "older")) << inq_sdk_failure_reason();
+        // Before the SDK there is no reason. And where LibRaw identifies, it takes some shortages for damage.
+        const std::string_view reason = inq_sdk_failure_reason();
+        EXPECT_TRUE(reason.empty() || (result == 11 && (reason == "not enough memory" ||
+                                                        reason.starts_with("the file ends early"))))
+            << reason;
         EXPECT_EQ(list(), "out.tif raw.cr2 tmp ");
         EXPECT_TRUE(std::filesystem::is_empty(path("tmp")));
     }
@@ -118,11 +123,14 @@ protected:
 // beforehand that there is memory for it.
 TEST_F(memory_faults_test, leave_the_older_file_or_the_whole_new_one) {
     const std::pair<const char*, sdk_open::compression_t> rows[] = {
-        {"5d2_1comp.cr2", sdk_open::compression_t::none},
-        {"10d_12bit_low_bits.crw", sdk_open::compression_t::lzw},
+        {"samples/synthetic/5d2_1comp.cr2", sdk_open::compression_t::none},
+        {"samples/synthetic/10d_12bit_low_bits.crw", sdk_open::compression_t::lzw},
+        {"fuzz/corpus/cr2_file/reduced_columns.cr2", sdk_open::compression_t::none},
+        {"fuzz/corpus/crw_file/four_colours.crw", sdk_open::compression_t::none},
     };
-    for (const auto& [sample, compression] : rows) {
-        prepare(sample, compression);
+    for (const auto& [raw, compression] : rows) {
+        prepare(raw, compression);
+        SCOPED_TRACE(raw);
         const int n_requests = n_so_far;
         const int n_unchecked = n_of_libraw + 1;
         ASSERT_TRUE(n_requests > 100 && n_unchecked > 1) << "too few to mean something";

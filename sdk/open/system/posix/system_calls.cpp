@@ -96,13 +96,12 @@ int flush_to_medium(int descriptor) noexcept {
     return uninterrupted([&] { return ::fsync(descriptor); });
 }
 
-void flush_folder(const std::string& path) noexcept {
-    const int folder =
-        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
-    if (folder == -1)
-        return;
-    uninterrupted([&] { return ::fsync(folder); });
-    ::close(folder);
+int open_folder(const std::string& path) noexcept {
+    return uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+}
+
+int flush_folder(int descriptor) noexcept {
+    return flush_to_medium(descriptor) == 0 || errno == EINVAL ? 0 : -1;
 }
 
 int close_file(int descriptor) noexcept {

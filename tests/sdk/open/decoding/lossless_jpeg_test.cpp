@@ -120,7 +120,7 @@ TEST(lossless_jpeg, refuses_damage) {
         {"\x0e\x08", "\x0e\x07", "the pixel data are damaged"}, // larger than the precision allows
         {"\xd0\xbf", "\xd0\xff", "the pixel data end early"},
         {"\x00\x20", "\x00\x21", "the pixel data restart within a line"},
-        {"\x01\x11", "\x01\x21", "raw pictures of reduced resolution are not supported"},
+        {"\x01\x11", "\x01\x21", "the raw picture is stored in an unknown way"},
         {"\x02\x00", "\x03\x00", "the pixel data have an impossible geometry"}, // of other components
         {"\x00\x0c", "\x00\x0b", "the pixel data have another size than the picture"},
     };

@@ -9,6 +9,7 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -89,21 +90,24 @@ TEST_F(refusing_system, has_an_older_file_replaced_with_the_usual_permissions) {
 }
 
 // In a process of its own, as a user who may have so many threads in all: those that there are do the work.
+// A process that starts none has none left afterwards.
 TEST_F(refusing_system, starts_no_more_threads) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the superuser can become a user without other processes";
-    for (const rlim_t n_threads : {1U, 2U}) {
+    const fs::path by_libraw = m_folder / "four_colours.crw";
+    fs::copy_file(sample("../../fuzz/corpus/crw_file/four_colours.crw"), by_libraw);
+    for (const auto& [raw, n_threads] : {std::pair{m_raw, rlim_t{1}}, {m_raw, 2}, {by_libraw, 1}}) {
         const pid_t child = ::fork();
         if (child == 0) {
             constexpr uid_t nobody_else = 54321; // whose other processes would count as well
             const rlimit limit{n_threads, n_threads};
             if (::setrlimit(RLIMIT_NPROC, &limit) != 0 || ::setuid(nobody_else) != 0)
                 ::_exit(2);
-            ::_exit(convert(m_raw, m_folder / "out.tif").empty() ? 0 : 1);
+            ::_exit(convert(raw, m_folder / "out.tif").empty() ? 0 : 1);
         }
         int status = -1;
         ::waitpid(child, &status, 0);
-        EXPECT_EQ(status, 0) << n_threads;
+        EXPECT_EQ(status, 0) << raw << n_threads;
     }
 }
 
