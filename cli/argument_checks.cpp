@@ -6,6 +6,8 @@
 
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
+#include <system_error>
 
 namespace argument_checks {
 
@@ -17,11 +19,13 @@ std::string no_raw_name(const std::string& name) {
     return has_raw_name(name) ? "a raw file is never written to: " + name : "";
 }
 
-std::string tiff_name(const std::string& name) {
+std::string no_other_file(const std::string& name) {
     const std::string lower = CLI::detail::to_lower(name);
-    return lower.ends_with(".tif") || lower.ends_with(".tiff")
+    std::error_code unknown;
+    const auto size = std::filesystem::file_size(name, unknown);
+    return lower.ends_with(".tif") || lower.ends_with(".tiff") || unknown || size == 0
                ? ""
-               : "the name does not end in .tif or .tiff: " + name;
+               : "it exists, and the name does not end in .tif or .tiff: " + name;
 }
 
 std::string page_name(const std::string& name) {

@@ -10,8 +10,9 @@ namespace argument_checks {
 // No raw file is to be written to by a slip.
 [[nodiscard]] std::string no_raw_name(const std::string& name);
 
-// Nor is another picture, where the shell puts two names for IMG_1.*.
-[[nodiscard]] std::string tiff_name(const std::string& name);
+// Nor is another picture to be replaced, where the shell puts two names for IMG_1.*. A new TIFF may have any
+// name.
+[[nodiscard]] std::string no_other_file(const std::string& name);
 
 // No raw file or TIFF is to be replaced by a slip.
 [[nodiscard]] std::string page_name(const std::string& name);

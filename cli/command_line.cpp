@@ -61,7 +61,7 @@ void describe_outputs(CLI::App& program, options_t& options) {
         program.add_option("-o,--output", options.output, "the TIFF to write, for a single raw file");
     output->check(argument_checks::not_empty)
         ->check(argument_checks::no_raw_name)
-        ->check(argument_checks::tiff_name);
+        ->check(argument_checks::no_other_file);
     program
         .add_option("-d,--directory", options.folder,
                     "write into this folder instead of beside the raw files; with -r the tree is kept")
@@ -154,7 +154,7 @@ void take_named_output(options_t& options) {
         return;
     options.output = options.names.back();
     options.names.pop_back();
-    if (const std::string problem = argument_checks::tiff_name(options.output); !problem.empty())
+    if (const std::string problem = argument_checks::no_other_file(options.output); !problem.empty())
         throw CLI::ValidationError("TIFF", problem);
 }
 

@@ -39,7 +39,11 @@ TEST_F(raw_to_tiff_test, answers_and_converts) {
     EXPECT_NE(m_output.find("Usage: raw-to-tiff"), std::string::npos) << m_output;
     EXPECT_EQ(run({"--version"}), 0);
     EXPECT_EQ(m_output, "raw-to-tiff " PROGRAM_VERSION "\n");
-    EXPECT_EQ(run({m_raw, path_of("new.TiFF")}), 0);
+    write_file(path_of("older.TiFF"), "older");
+    EXPECT_EQ(run({m_raw, path_of("older.TiFF")}), 0);
+    write_file(path_of("from mktemp"), "");
+    EXPECT_EQ(run({m_raw, "-o", path_of("from mktemp")}), 0);
+    EXPECT_EQ(run({m_raw, path_of("new")}), 0);
     EXPECT_EQ(run({m_raw, m_older}), 0);
     EXPECT_EQ(m_output + m_errors, "");
     EXPECT_TRUE(read_file(m_older).starts_with("II*"));
@@ -48,6 +52,7 @@ TEST_F(raw_to_tiff_test, answers_and_converts) {
 
 TEST_F(raw_to_tiff_test, says_what_is_wrong) {
     write_file(path_of("empty.cr2"), "");
+    write_file(path_of("1.JPG"), "JPEG");
     write_file(path_of("text.crw"), "Dear diary, today I was mistaken for a picture.\n");
     write_file(path_of("short.cr2"), read_file(m_raw).substr(0, 100'000));
     fs::create_directory(path_of("folder.cr2"));
@@ -73,8 +78,8 @@ TEST_F(raw_to_tiff_test, says_what_is_wrong) {
         {2,
          {m_raw, path_of("1.JPG")},
          "TIFF: ",
-         "the name does not end in .tif or .tiff: " + path_of("1.JPG")},
-        {2, {"-o", path_of("1.dng"), m_raw}, "--output: ", "the name does not end in .tif or .tiff: "},
+         "it exists, and the name does not end in .tif or .tiff: " + path_of("1.JPG")},
+        {2, {"-o", path_of("1.JPG"), m_raw}, "--output: ", "it exists, and the name does not end in .tif"},
         {10, {path_of("none/a.cr2"), m_older}, path_of("none/a.cr2: "), "no such file"},
         {11, {m_older, path_of("new.tif")}, m_older + ": ", "not a .cr2 or .crw file"},
         {11, {path_of("folder.cr2"), m_older}, path_of("folder.cr2: "), "it is a folder"},
