@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <new>
 #include <span>
 #include <utility>
@@ -74,7 +75,7 @@ void own_decoder_libraw::load_mosaic() {
 void own_decoder_libraw::load_by_libraw() {
     load_raw = m_libraws_load;
     try {
-        (this->*load_raw)();
+        std::invoke(m_libraws_load, *this);
     } catch (const std::bad_alloc&) {
         throw LibRaw_exceptions{LIBRAW_EXCEPTION_ALLOC};
     }
