@@ -80,7 +80,7 @@ count() {
     printf ' `%s` |' "${programs[@]}"
     printf '\n|---|--:|%s\n' "$(printf -- '--:|%.0s' "${programs[@]}")"
     for file; do
-        row=
+        row='' n_damages=0
         for program in "${programs[@]}"; do
             count "$program" "$file"
             row+=" $noticed |"

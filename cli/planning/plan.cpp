@@ -2,6 +2,7 @@
 
 #include "cli/existing_output.h"
 #include "cli/file_argument.h"
+#include "cli/modification_time.h"
 #include "cli/planning/earlier_run.h"
 #include "cli/planning/file_roles.h"
 #include "cli/planning/folder_scan.h"
@@ -103,8 +104,12 @@ private:
             return {};
         if (!locate(job.output))
             return result_t{job, outcome_t::bad_input, "cannot write " + job.output + ": " + unusable, {}};
-        auto settled = m_earlier.settle(job);
-        return settled ? std::move(settled) : settle_by_output(job);
+        if (auto settled = m_earlier.settle(job))
+            return settled;
+        auto settled = settle_by_output(job);
+        if (settled)
+            settled->modification_time = inq_modification_time(job.input);
+        return settled;
     }
 
     const options_t& m_options;

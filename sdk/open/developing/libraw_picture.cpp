@@ -24,7 +24,7 @@ void check_size(const libraw_image_sizes_t& sizes) {
 }
 
 // Without a balance of the camera's own that for daylight is taken, which LibRaw has for each model. Where
-// there is anything to demosaic, it is by the one way of LibRaw's that does for four colours and takes no
+// there is anything to demosaic, it is by the best of LibRaw's ways that do for four colours and take no
 // threads.
 void set_parameters(libraw_output_params_t& parameters, const libraw_colordata_t& color) {
     const bool is_as_shot = color.cam_mul[0] > 0 && color.cam_mul[2] > 0;
