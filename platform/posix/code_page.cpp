@@ -1,9 +1,12 @@
 #include "platform/code_page.h"
 
+#include "platform/utf8.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <string_view>
 
 namespace platform {
 
@@ -19,53 +22,21 @@ constexpr bool is_low_surrogate(char32_t unit) noexcept {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Takes the next code point off a zero-terminated UTF-16 text that is not at its end.
-char32_t take_code_point(const utf16_t*& text) noexcept {
-    const char32_t unit = *text++;
-    if (is_high_surrogate(unit) && is_low_surrogate(*text))
-        return 0x10000 + ((unit - 0xD800) << 10) + (static_cast<char32_t>(*text++) - 0xDC00);
+// These take the next code point off a text that is not empty.
+
+char32_t take_next(std::basic_string_view<utf16_t>& text) noexcept {
+    const char32_t unit = text.front();
+    text.remove_prefix(1);
+    const char32_t behind = text.empty() ? 0 : text.front();
+    if (is_high_surrogate(unit) && is_low_surrogate(behind)) {
+        text.remove_prefix(1);
+        return 0x10000 + ((unit - 0xD800) << 10) + (behind - 0xDC00);
+    }
     return is_high_surrogate(unit) || is_low_surrogate(unit) ? replacement_character : unit;
 }
 
-// What a UTF-8 lead byte announces. The range of the byte behind it excludes overlong forms, surrogates and
-// values above U+10FFFF (The Unicode Standard, table 3-7).
-struct sequence_t {
-    int n_continuations;
-    char32_t lead_bits;
-    unsigned char second_min = 0x80;
-    unsigned char second_max = 0xBF;
-};
-
-constexpr sequence_t announced_by(unsigned char lead) noexcept {
-    if (lead < 0x80)
-        return {0, lead};
-    if (lead >= 0xC2 && lead <= 0xDF)
-        return {1, lead & 0x1Fu};
-    if (lead >= 0xE0 && lead <= 0xEF)
-        return {2, lead & 0x0Fu, static_cast<unsigned char>(lead == 0xE0 ? 0xA0 : 0x80),
-                static_cast<unsigned char>(lead == 0xED ? 0x9F : 0xBF)};
-    if (lead >= 0xF0 && lead <= 0xF4)
-        return {3, lead & 0x07u, static_cast<unsigned char>(lead == 0xF0 ? 0x90 : 0x80),
-                static_cast<unsigned char>(lead == 0xF4 ? 0x8F : 0xBF)};
-    return {0, replacement_character};
-}
-
-// Takes the next code point off a zero-terminated UTF-8 text that is not at its end.
-char32_t take_code_point(const char*& text) noexcept {
-    const sequence_t sequence = announced_by(static_cast<unsigned char>(*text++));
-    char32_t code_point = sequence.lead_bits;
-    unsigned char lowest = sequence.second_min;
-    unsigned char highest = sequence.second_max;
-    for (int i = 0; i < sequence.n_continuations; ++i) {
-        const auto byte = static_cast<unsigned char>(*text);
-        if (byte < lowest || byte > highest)
-            return replacement_character;
-        code_point = (code_point << 6) | (byte & 0x3Fu);
-        lowest = 0x80;
-        highest = 0xBF;
-        ++text;
-    }
-    return code_point;
+char32_t take_next(std::string_view& text) noexcept {
+    return take_code_point(text).value_or(replacement_character);
 }
 
 // The units of one code point in the target encoding.
@@ -101,8 +72,8 @@ int convert(const From* text, std::span<To> target) noexcept {
         return 0;
     std::size_t size = 0;
     encoded_t<To> encoded{};
-    while (*text != From(0)) {
-        encode(take_code_point(text), encoded);
+    for (std::basic_string_view<From> left(text); !left.empty();) {
+        encode(take_next(left), encoded);
         if (!target.empty()) {
             if (encoded.n_units >= target.size() - size)
                 return 0;

@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include "platform/posix/native_path.h"
+#include "platform/posix/unused_name.h"
 
 #include <cerrno>
 #include <csignal>
@@ -14,32 +15,6 @@
 namespace platform {
 
 namespace {
-
-bool is_entry(const native_path& path) noexcept {
-    struct stat status {};
-    return ::lstat(path.c_str(), &status) == 0;
-}
-
-// For file systems whose rename cannot be told to spare an existing target. A hard link never replaces; what
-// cannot be linked (a folder) is renamed after a look at the target, which leaves a moment for another
-// process.
-bool rename_without_flags(const native_path& path, const native_path& target) noexcept {
-    if (::link(path.c_str(), target.c_str()) == 0) {
-        if (::unlink(path.c_str()) == 0)
-            return true;
-        const int cause = errno;
-        ::unlink(target.c_str());
-        errno = cause;
-        return false;
-    }
-    if (errno == EEXIST)
-        return false;
-    if (is_entry(target)) {
-        errno = EEXIST;
-        return false;
-    }
-    return ::rename(path.c_str(), target.c_str()) == 0;
-}
 
 int open_flags(std::uint32_t access) noexcept {
     const int mode = (access & access_write) == 0  ? O_RDONLY
@@ -93,11 +68,7 @@ bool delete_file(const utf16_t* path) noexcept {
 }
 
 bool rename_entry(const utf16_t* path, const utf16_t* target) noexcept {
-    const native_path from(path);
-    const native_path to(target);
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-        return true;
-    return (errno == EINVAL || errno == ENOSYS) && rename_without_flags(from, to);
+    return rename_to_unused(native_path(path).c_str(), native_path(target).c_str()) == 0;
 }
 
 bool make_folder(const utf16_t* path) noexcept {

@@ -1,4 +1,5 @@
 #include "platform/files.h"
+#include "platform/posix/native_path.h"
 #include "tests/support/scratch_folder.h"
 
 #include <cerrno>
@@ -33,12 +34,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::basic_string<utf16_t> library_path(const fs::path& path) {
-    std::string text = path;
-    std::ranges::replace(text, '/', '\\');
-    return {text.begin(), text.end()};
-}
-
 TEST(renaming, spares_an_existing_target_where_the_file_system_would_not) {
     const struct {
         const char* source;
@@ -58,13 +53,15 @@ TEST(renaming, spares_an_existing_target_where_the_file_system_would_not) {
         for (const auto& [source, target, error, left] : rows) {
             SCOPED_TRACE(std::string(source) + " -> " + target);
             const scratch_folder folder;
+            const auto path_of = [&folder](const char* name) {
+                return platform::library_path((folder.inq_path() / name).c_str());
+            };
             makes_links = has_links;
             write_file(folder.inq_path() / "file", "file");
             write_file(folder.inq_path() / "other", "other");
             fs::create_directory(folder.inq_path() / "folder");
             fs::create_symlink("no such file", folder.inq_path() / "nowhere");
-            const bool is_renamed = platform::rename_entry(library_path(folder.inq_path() / source).c_str(),
-                                                           library_path(folder.inq_path() / target).c_str());
+            const bool is_renamed = platform::rename_entry(path_of(source).c_str(), path_of(target).c_str());
             EXPECT_EQ(is_renamed ? 0 : errno, error);
             EXPECT_EQ(list_folder(folder.inq_path()), left);
             EXPECT_EQ(read_file(folder.inq_path() / "other"), "other");

@@ -1,6 +1,7 @@
 #include "sdk/open/system/system_calls.h"
 
 #include "platform/posix/uninterrupted.h"
+#include "platform/posix/unused_name.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -112,24 +113,8 @@ int rename_over(const std::string& from, const std::string& to) noexcept {
     return ::rename(from.c_str(), to.c_str());
 }
 
-// Not all file systems can do it in one step. A second name never replaces anything either; where there are
-// no second names, a last look is all that can be had.
 int rename_to_unused(const std::string& from, const std::string& to) noexcept {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-        return 0;
-    if (errno != EINVAL && errno != ENOSYS)
-        return -1;
-    if (::link(from.c_str(), to.c_str()) == 0) {
-        ::unlink(from.c_str());
-        return 0;
-    }
-    file_status there;
-    if (errno == EEXIST || status_of_path(to, there) != 0)
-        return -1;
-    if (there.kind == file_kind_t::missing)
-        return ::rename(from.c_str(), to.c_str());
-    errno = EEXIST;
-    return -1;
+    return platform::rename_to_unused(from.c_str(), to.c_str());
 }
 
 int remove_file(const std::string& path) noexcept {
