@@ -29,7 +29,7 @@ bool is_regular_file(const descriptor& file) noexcept {
 
 void remove_begun_files(const std::string& folder) {
     std::error_code error;
-    fs::directory_iterator entries(folder.empty() ? "." : folder, error);
+    fs::directory_iterator entries(folder, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         if (!has_begun_name(entries->path().filename().string()))
             continue;

@@ -2,6 +2,5 @@
 
 #include <string>
 
-// Removes from a folder, the current one where the name is empty, the files in the making that no process
-// works on any more, because it was killed.
+// Removes from a folder the files in the making that no process works on any more, because it was killed.
 void remove_begun_files(const std::string& folder);

@@ -1,5 +1,6 @@
 #include "cli/posix/containment.h"
 
+#include "cli/posix/folder_of.h"
 #include "cli/posix/landlock.h"
 #include "cli/posix/system_call_filter.h"
 
@@ -14,11 +15,6 @@ namespace {
 
 // How many processors there are, which the C library and OpenMP look up.
 constexpr auto processors = "/sys/devices/system/cpu";
-
-fs::path folder_of(const std::string& file) {
-    const fs::path folder = fs::path(file).parent_path();
-    return folder.empty() ? "." : folder;
-}
 
 // The folder or, of those that lead to it from `top`, the last one that is there: the others will be made in
 // it. Never one above the top, whatever is missing.
@@ -58,9 +54,9 @@ containment::containment(const std::vector<job_t>& jobs, const std::string& made
     std::set<std::string> output_folders;
     for (const job_t& job : jobs) {
         const bool is_link = fs::is_symlink(job.input, ignored);
-        m_read.insert(is_link ? job.input : folder_of(job.input).string());
+        m_read.insert(is_link ? job.input : folder_of(job.input));
         if (!job.output.empty())
-            output_folders.insert(folder_of(job.output).string());
+            output_folders.insert(folder_of(job.output));
     }
     for (const std::string& folder : output_folders)
         m_written.insert(made_folder.empty() ? folder : nearest_existing(folder, made_folder));

@@ -1,16 +1,12 @@
 #include "cli/converting/conversion_run.h"
 
 #include "cli/posix/begun_files.h"
+#include "cli/posix/folder_of.h"
 #include "cli/posix/worker_team.h"
 
-#include <filesystem>
 #include <set>
 
 namespace {
-
-std::string parent_folder(const std::string& file) {
-    return std::filesystem::path(file).parent_path().string();
-}
 
 // What a run that was killed has left beside the TIFFs and the report. Its processes may still be ending when
 // the next one begins, which therefore looks twice.
@@ -18,9 +14,9 @@ void tidy_up(const std::vector<job_t>& jobs, const options_t& options) {
     std::set<std::string> folders;
     for (const job_t& job : jobs)
         if (!job.output.empty())
-            folders.insert(parent_folder(job.output));
+            folders.insert(folder_of(job.output));
     if (!options.report.empty())
-        folders.insert(parent_folder(options.report));
+        folders.insert(folder_of(options.report));
     for (const std::string& folder : folders)
         remove_begun_files(folder);
 }

@@ -1,11 +1,11 @@
 #include "cli/posix/worker_team.h"
 
 #include "cli/posix/begun_files.h"
+#include "cli/posix/folder_of.h"
 #include "sdk/open/developing/band_team.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
 #include <poll.h>
 #include <string_view>
 #include <system_error>
@@ -20,10 +20,6 @@ constexpr auto longest_usual_round = std::chrono::seconds(1);
 
 double seconds_since(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-std::string folder_of(const job_t& job) {
-    return std::filesystem::path(job.output).parent_path().string();
 }
 
 // No more workers than files, and all cores for those that there are.
@@ -47,7 +43,7 @@ worker_team::~worker_team() {
         if (seat.worker)
             seat.worker->end();
         if (seat.job != nullptr)
-            remove_begun_files(folder_of(*seat.job));
+            remove_begun_files(folder_of(seat.job->output));
     }
 }
 
@@ -176,7 +172,7 @@ void worker_team::give_up_overdue() {
 // The worker has ended.
 void worker_team::fail_job(seat_t& seat, outcome_t outcome, const std::string& reason) {
     const job_t& job = *std::exchange(seat.job, nullptr);
-    remove_begun_files(folder_of(job));
+    remove_begun_files(folder_of(job.output));
     result_t result{job, outcome, reason, {}};
     result.seconds = seconds_since(seat.start);
     report(std::move(result));

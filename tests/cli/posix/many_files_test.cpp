@@ -11,19 +11,17 @@ namespace {
 using namespace std::chrono_literals;
 
 // Each test has a tree of two sound files and a damaged one, and what may confuse a walk.
-class many_files_test : public program_fixture {
+class many_files_test : public folder_fixture {
 protected:
     many_files_test() {
-        fs::create_directories(m_folder / "in" / "below");
-        fs::copy_file(SAMPLE_FILE, m_folder / "in" / "a.CR2");
-        fs::copy_file(SAMPLE_FILE, m_folder / "in" / "below" / "b\n.cr2");
-        write_file(m_folder / "in" / "bad.crw", "no picture");
-        write_file(m_folder / "in" / "notes.txt", "none");
-        fs::create_directory_symlink(m_folder / "in", m_folder / "in" / "below" / "circle");
-        fs::create_directory(m_folder / "in" / "folder.cr2");
-        fs::current_path(m_folder);
+        fs::create_directory("in/below");
+        fs::copy_file(SAMPLE_FILE, "in/a.CR2");
+        fs::copy_file(SAMPLE_FILE, "in/below/b\n.cr2");
+        write_file("in/bad.crw", "no picture");
+        write_file("in/notes.txt", "none");
+        fs::create_directory_symlink(m_folder / "in", "in/below/circle");
+        fs::create_directory("in/folder.cr2");
     }
-    ~many_files_test() override { fs::current_path("/"); }
 };
 
 // Superusers give up the right to ignore permissions; nobody else has it.

@@ -64,3 +64,13 @@ protected:
     std::string m_output;
     std::string m_errors;
 };
+
+// Runs it in a folder with another one, "in", for the raw files.
+class folder_fixture : public program_fixture {
+protected:
+    folder_fixture() {
+        std::filesystem::create_directory(m_folder / "in");
+        std::filesystem::current_path(m_folder);
+    }
+    ~folder_fixture() override { std::filesystem::current_path("/"); }
+};

@@ -20,14 +20,8 @@ addEventListener("load", () => {
 });
 </script>)";
 
-class report_test : public program_fixture {
+class report_test : public folder_fixture {
 protected:
-    report_test() {
-        fs::create_directory(m_folder / "in");
-        fs::current_path(m_folder);
-    }
-    ~report_test() override { fs::current_path("/"); }
-
     [[nodiscard]] std::string visit(const std::string& page) const {
         write_file("visited.html", read_file(page) + visitor);
         const std::string browser =

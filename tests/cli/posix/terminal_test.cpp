@@ -6,17 +6,14 @@ namespace {
 
 // A bad file, one whose worker would write to the terminal, a good one, and one that takes until the time is
 // up, on a terminal of 60 columns.
-class terminal_test : public program_fixture {
+class terminal_test : public folder_fixture {
 protected:
     terminal_test() {
-        fs::create_directory(m_folder / "in");
-        fs::current_path(m_folder);
         write_file("in/a bad.crw", "II");
         fs::copy_file(SAMPLE_FILE, "in/b speak.cr2");
         fs::copy_file(SAMPLE_FILE, "in/b.cr2");
         fs::copy_file(SAMPLE_FILE, "in/c hang.cr2");
     }
-    ~terminal_test() override { fs::current_path("/"); }
 
     // Answers what the terminal was sent.
     static std::string run_on_terminal(const std::string& setting) {

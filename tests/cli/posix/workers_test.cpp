@@ -9,14 +9,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class workers_test : public program_fixture {
+class workers_test : public folder_fixture {
 protected:
-    workers_test() {
-        fs::create_directory(m_folder / "in");
-        fs::current_path(m_folder);
-    }
-    ~workers_test() override { fs::current_path("/"); }
-
     static void add_raw_file(const std::string& name) { fs::copy_file(SAMPLE_FILE, "in/" + name); }
 };
 
