@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
     options_t options;
     try {
         platform::let_writes_fail();
+        platform::let_children_be_awaited();
         platform::open_standard_streams();
         if (const auto code = read_command_line(argc, argv, options))
             return *code;

@@ -8,6 +8,10 @@ namespace platform {
 // any other, instead of ending the process.
 void let_writes_fail() noexcept;
 
+// How a child process ended can be learned, also where this one was started to ignore such news: then the
+// system forgets it.
+void let_children_be_awaited() noexcept;
+
 // Where the process was started with a standard stream closed, whatever it opens next would take that place.
 void open_standard_streams() noexcept;
 

@@ -11,6 +11,10 @@ void let_writes_fail() noexcept {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+void let_children_be_awaited() noexcept {
+    std::signal(SIGCHLD, SIG_DFL);
+}
+
 // For reading only, so that writes to a stream that was closed still fail.
 void open_standard_streams() noexcept {
     int opened = ::open("/dev/null", O_RDONLY);
