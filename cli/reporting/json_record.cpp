@@ -98,11 +98,13 @@ std::string json_of(ending_t ending, const tally& sum) {
     return json_text({{"sum", std::move(json)}});
 }
 
-// A brace alone is what other JSON begins with.
+// A brace alone is what other JSON begins with. Zeros are what a loss of power leaves of a line that had
+// found its place on the medium, but not come there.
 bool begins_like_log(std::string_view text) noexcept {
     constexpr std::string_view beginnings[] = {R"({"input":")", R"({"sum":{)"};
     const std::string_view line = text.substr(0, text.find('\n'));
-    return text.empty() || std::ranges::any_of(beginnings, [line](std::string_view beginning) {
+    const bool is_lost = !line.empty() && line.find_first_not_of('\0') == std::string_view::npos;
+    return text.empty() || is_lost || std::ranges::any_of(beginnings, [line](std::string_view beginning) {
                return line.starts_with(beginning) || (line.size() > 1 && beginning.starts_with(line));
            });
 }

@@ -14,5 +14,5 @@ void single_report::take(const result_t& result, const tally&) {
 
 void single_report::finish(ending_t ending, const tally&) {
     if (ending == ending_t::interrupted)
-        m_screen.write_line("interrupted, nothing was written");
+        m_screen.write_line("interrupted");
 }

@@ -56,6 +56,7 @@ TEST_F(many_files_test, answers_for_all) {
     fs::copy_file(SAMPLE_FILE, "other/a.cr2");
     fs::create_directory_symlink("other", "[x,y]");
     write_file("cut log", "{\"inp");
+    write_file("lost log", std::string(100, '\0'));
     write_file("list", "");
     write_file("other.json", "{\n  \"input\": 1\n}\n");
     const std::string in_gone_folder = "mkdir gone; cd gone; rmdir ../gone;";
@@ -170,6 +171,8 @@ TEST_F(many_files_test, answers_for_all) {
         {{"in/a.CR2", "-d", "out", "--resume", "other.json"}, 2, "", "other.json: it is no log", ""},
         {{"in/a.CR2", "-d", "out", "--log", "cut log"}, 0, "", "", "out/a.tif "},
         {{"in/a.CR2", "-d", "out", "--log", "cut log"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--resume", "lost log"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--resume", "lost log"}, 0, "", "", "out/a.tif "},
         {{"in/a.CR2", "-d", "out", "--log", "./out/a.tif"},
          2,
          "",
