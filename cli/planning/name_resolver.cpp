@@ -1,9 +1,11 @@
 #include "cli/planning/name_resolver.h"
 
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
 namespace fs = std::filesystem;
+using sdk_open::system_calls::file_identity;
 
 namespace {
 
@@ -13,6 +15,13 @@ fs::path absolute(const std::string& folder) {
     if (error)
         throw std::runtime_error("cannot find the working folder: " + error.message());
     return path;
+}
+
+std::optional<file_identity> identity_of_folder(const fs::path& path) {
+    using namespace sdk_open::system_calls;
+    file_status found;
+    const bool is_folder = status_of_path(path.string(), found) == 0 && found.kind == file_kind_t::folder;
+    return is_folder ? std::optional(found.identity) : std::nullopt;
 }
 
 } // namespace
@@ -27,9 +36,21 @@ const fs::path& name_resolver::resolve_folder(const std::string& folder) {
     if (is_new) {
         const fs::path path = absolute(folder);
         std::error_code error;
-        known->second = fs::weakly_canonical(path, error);
-        if (error)
-            known->second = path.lexically_normal();
+        const fs::path canonical = fs::weakly_canonical(path, error);
+        known->second = first_path_to(error ? path.lexically_normal() : canonical);
     }
     return known->second;
+}
+
+fs::path name_resolver::first_path_to(const fs::path& folder) {
+    fs::path existing = folder;
+    auto identity = identity_of_folder(existing);
+    while (!identity && existing.has_relative_path()) {
+        existing = existing.parent_path();
+        identity = identity_of_folder(existing);
+    }
+    if (!identity)
+        return folder;
+    const fs::path& first = m_first_paths.try_emplace(*identity, existing).first->second;
+    return existing == folder ? first : first / folder.lexically_relative(existing);
 }

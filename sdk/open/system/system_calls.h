@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -17,13 +18,13 @@ struct file_identity {
     std::uint64_t device;
     std::uint64_t number;
 
-    [[nodiscard]] bool operator==(const file_identity&) const = default;
+    [[nodiscard]] auto operator<=>(const file_identity&) const = default;
 };
 
 struct file_status {
     file_kind_t kind = file_kind_t::missing;
     std::uint64_t size = 0;   // bytes; of a regular file only
-    file_identity identity{}; // of a regular file only
+    file_identity identity{}; // of a regular file or a folder
 };
 
 // Opens for reading without waiting for a writer at the other end of a pipe.

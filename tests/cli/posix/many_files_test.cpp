@@ -210,6 +210,30 @@ TEST_F(many_files_test, answers_for_all) {
     }
 }
 
+TEST_F(many_files_test, knows_a_folder_by_two_names) {
+    if (std::system("unshare --mount true") != 0)
+        GTEST_SKIP() << "only the superuser can mount a folder twice";
+    const struct {
+        std::string folder;
+        std::string twin;
+        words_t arguments;
+        int exit_code;
+        std::string errors;
+    } rows[] = {
+        {"in", "twin", {"in/a.CR2", "twin/a.CR2", "-d", "out"}, 0, "1 converted"},
+        {"out/x", "out/y", {"-rd", "out", "tree"}, 2, "b.crw would both become out/y/new/b.tif"},
+    };
+    for (const char* const folder : {"twin", "out/x", "out/y", "tree/x/new", "tree/y/new"})
+        fs::create_directories(folder);
+    write_file("tree/x/new/b.cr2", "");
+    write_file("tree/y/new/b.crw", "");
+    for (const auto& [folder, twin, arguments, exit_code, errors] : rows) {
+        const std::string script = "mount --bind " + folder + ' ' + twin + R"( && "$0" "$@")";
+        EXPECT_EQ(run(arguments, "unshare --mount sh -c '" + script + "'"), exit_code);
+        EXPECT_NE(m_errors.find(errors), std::string::npos) << m_errors;
+    }
+}
+
 TEST_F(many_files_test, minds_what_exists) {
     const fs::path raw = "in/a.CR2";
     const auto now = fs::last_write_time(raw);
