@@ -58,6 +58,8 @@ TEST_F(many_files_test, answers_for_all) {
     write_file("cut log", "{\"inp");
     write_file("list", "");
     write_file("other.json", "{\n  \"input\": 1\n}\n");
+    fs::create_symlink("list", "link to list");
+    fs::create_symlink("out/a.tif", "link to TIFF");
     const std::string in_gone_folder = "mkdir gone; cd gone; rmdir ../gone;";
     const std::string both = "out/a.tif out/below/b\n.tif ";
     const struct {
@@ -180,6 +182,15 @@ TEST_F(many_files_test, answers_for_all) {
          "",
          "./list cannot be both the list and the log",
          ""},
+        {{"--files-from", "list", "--log", "link to list"}, 2, "", "both the list and the log", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "link to TIFF"}, 2, "", "both the log and the TIFF of", ""},
+        {{"in/a.CR2", "--files-from", "/dev/stdin", "-d", "out", "--log", "/dev/null"},
+         0,
+         "",
+         "",
+         "out/a.tif ",
+         "",
+         "</dev/null"},
         {{"in/a.CR2", "-d", "out", "--report", "x.html", "--resume", "x.html"}, 2, "", "and the report", ""},
         {{"in/a.CR2", "-d", "out"},
          3,
