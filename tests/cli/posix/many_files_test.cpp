@@ -58,6 +58,8 @@ TEST_F(many_files_test, answers_for_all) {
     write_file("cut log", "{\"inp");
     write_file("list", "");
     write_file("other.json", "{\n  \"input\": 1\n}\n");
+    write_file("empty.html", "");
+    write_file("mine.html", "<p>mine");
     fs::create_symlink("list", "link to list");
     fs::create_symlink("out/a.tif", "link to TIFF");
     const std::string in_gone_folder = "mkdir gone; cd gone; rmdir ../gone;";
@@ -192,6 +194,9 @@ TEST_F(many_files_test, answers_for_all) {
          "",
          "</dev/null"},
         {{"in/a.CR2", "-d", "out", "--report", "x.html", "--resume", "x.html"}, 2, "", "and the report", ""},
+        {{"in/a.CR2", "-d", "out", "--report", "empty.html"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--report", "empty.html"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--report", "mine.html"}, 2, "", "mine.html: it is no report", ""},
         {{"in/a.CR2", "-d", "out"},
          3,
          "",
