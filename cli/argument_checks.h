@@ -17,6 +17,9 @@ namespace argument_checks {
 // No raw file or TIFF is to be replaced by a slip.
 [[nodiscard]] std::string page_name(const std::string& name);
 
+// A log to go on with is read to its end first, which a pipe may never have.
+[[nodiscard]] std::string regular_file(const std::string& name);
+
 [[nodiscard]] std::string duration(const std::string& seconds);
 
 // A number of bytes; the parser makes a very large one of a negative one.

@@ -1,6 +1,7 @@
 #include "cli/planning/file_roles.h"
 
 #include "cli/planning/name_resolver.h"
+#include "cli/regular_file.h"
 
 #include <filesystem>
 #include <system_error>
@@ -13,16 +14,10 @@ namespace {
 
 constexpr int most_links = 40; // that the system follows
 
-bool may_be_regular(const std::string& name) {
-    std::error_code unknown;
-    const fs::file_status status = fs::status(name, unknown);
-    return !fs::exists(status) || fs::is_regular_file(status);
-}
-
 // The name of the file that links lead to, also where it is yet to be made. A terminal keeps its names: it
 // may be the list and the log.
 std::string behind_links(const std::string& name) {
-    if (!may_be_regular(name))
+    if (!may_be_regular_file(name))
         return name;
     fs::path path(name);
     std::error_code error;

@@ -210,6 +210,7 @@ TEST_F(many_files_test, answers_for_all) {
          "",
          "out/a.tif ",
          "mkfifo pipe; cat pipe >/dev/null & timeout 9"},
+        {{"in/a.CR2", "-d", "out", "--resume", "pipe"}, 2, "", "not a regular file: pipe", "", "timeout 9"},
         {{"in/a.CR2", "out.tif", "--log", "/dev/full"}, 11, "", "cannot write /dev/full: No", "out.tif "},
         {{"in/a.CR2", "-d", "out", "--json"}, 3, "", "standard output", "out/a.tif ", "", ">&-"},
         {{"in/a.CR2", "in/bad.crw", "-d", "out"}, 1, "", "", "out/a.tif ", "", "2>&- >&- <&-"},
