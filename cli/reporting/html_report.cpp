@@ -39,14 +39,18 @@ constexpr std::string_view after_rows = report_page.substr(rows_at + rows_mark.s
     throw std::system_error(errno, std::generic_category(), "cannot keep the rows of the report");
 }
 
+bool has_mark(std::span<const std::byte> beginning) {
+    const auto mark = std::as_bytes(std::span(page_mark));
+    return std::search(beginning.begin(), beginning.end(), mark.begin(), mark.end()) != beginning.end();
+}
+
 // Nobody else's page is replaced, nor one that cannot be looked at.
 void check_earlier_page(const std::string& path) try {
     std::error_code unknown;
     if (!std::filesystem::exists(path, unknown))
         return;
     const auto beginning = sdk_open::input_file(path).read_first(part_with_mark);
-    const bool has_mark = !std::ranges::search(beginning, std::as_bytes(std::span(page_mark))).empty();
-    if (!beginning.empty() && !has_mark)
+    if (!beginning.empty() && !has_mark(beginning))
         throw std::runtime_error("cannot replace " + path + ": it is no report of this program");
 } catch (const sdk_open::failure& problem) {
     throw std::runtime_error("cannot replace " + path + ": " + problem.what());
