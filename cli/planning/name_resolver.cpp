@@ -1,11 +1,12 @@
 #include "cli/planning/name_resolver.h"
 
+#include "sdk/open/system/system_calls.h"
+
 #include <optional>
 #include <stdexcept>
 #include <system_error>
 
 namespace fs = std::filesystem;
-using sdk_open::system_calls::file_identity;
 
 namespace {
 
@@ -17,11 +18,13 @@ fs::path absolute(const std::string& folder) {
     return path;
 }
 
-std::optional<file_identity> identity_of_folder(const fs::path& path) {
+// Nothing where there is no such folder.
+std::optional<folder_identity_t> identity_of_folder(const fs::path& path) {
     using namespace sdk_open::system_calls;
     file_status found;
-    const bool is_folder = status_of_path(path.string(), found) == 0 && found.kind == file_kind_t::folder;
-    return is_folder ? std::optional(found.identity) : std::nullopt;
+    if (status_of_path(path.string(), found) != 0 || found.kind != file_kind_t::folder)
+        return {};
+    return folder_identity_t(found.identity.device, found.identity.number);
 }
 
 } // namespace

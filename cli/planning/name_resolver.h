@@ -1,11 +1,13 @@
 #pragma once
 
-#include "sdk/open/system/system_calls.h"
-
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
+
+using folder_identity_t = std::pair<std::uint64_t, std::uint64_t>; // device and number
 
 // Tells whether two names are one file, also where mounts or letter case give a folder several, without
 // asking the system twice about a folder.
@@ -22,5 +24,5 @@ private:
     std::filesystem::path first_path_to(const std::filesystem::path& folder);
 
     std::unordered_map<std::string, std::filesystem::path> m_folders;
-    std::map<sdk_open::system_calls::file_identity, std::filesystem::path> m_first_paths;
+    std::map<folder_identity_t, std::filesystem::path> m_first_paths;
 };

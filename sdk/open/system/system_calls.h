@@ -1,6 +1,5 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -18,7 +17,7 @@ struct file_identity {
     std::uint64_t device;
     std::uint64_t number;
 
-    [[nodiscard]] auto operator<=>(const file_identity&) const = default;
+    [[nodiscard]] bool operator==(const file_identity&) const = default;
 };
 
 struct file_status {
