@@ -1,6 +1,7 @@
 #include "cli/argument_checks.h"
 
 #include "cli/planning/raw_name.h"
+#include "cli/regular_file.h"
 
 #include <CLI/CLI.hpp>
 
@@ -30,6 +31,10 @@ std::string no_other_file(const std::string& name) {
 
 std::string page_name(const std::string& name) {
     return name.ends_with(".html") || name.ends_with(".htm") ? "" : "the name does not end in .html: " + name;
+}
+
+std::string regular_file(const std::string& name) {
+    return may_be_regular_file(name) ? "" : "not a regular file: " + name;
 }
 
 std::string duration(const std::string& seconds) {

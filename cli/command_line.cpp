@@ -132,7 +132,8 @@ void describe_records(CLI::App& program, options_t& options) {
             "do what an earlier run with this log has left, and go on with the log; failures that may pass "
             "are tried again")
         ->check(argument_checks::not_empty)
-        ->check(argument_checks::no_raw_name);
+        ->check(argument_checks::no_raw_name)
+        ->check(argument_checks::regular_file);
 }
 
 // The arguments in the order in which the parser takes them, the last one first. It would take "[a,b]" apart

@@ -1,5 +1,8 @@
 #include "cli/planning/name_resolver.h"
 
+#include "sdk/open/system/system_calls.h"
+
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -15,6 +18,15 @@ fs::path absolute(const std::string& folder) {
     return path;
 }
 
+// Nothing where there is no such folder.
+std::optional<folder_identity_t> identity_of_folder(const fs::path& path) {
+    using namespace sdk_open::system_calls;
+    file_status found;
+    if (status_of_path(path.string(), found) != 0 || found.kind != file_kind_t::folder)
+        return {};
+    return folder_identity_t(found.identity.device, found.identity.number);
+}
+
 } // namespace
 
 std::string name_resolver::resolve(const std::string& name) {
@@ -27,9 +39,21 @@ const fs::path& name_resolver::resolve_folder(const std::string& folder) {
     if (is_new) {
         const fs::path path = absolute(folder);
         std::error_code error;
-        known->second = fs::weakly_canonical(path, error);
-        if (error)
-            known->second = path.lexically_normal();
+        const fs::path canonical = fs::weakly_canonical(path, error);
+        known->second = first_path_to(error ? path.lexically_normal() : canonical);
     }
     return known->second;
+}
+
+fs::path name_resolver::first_path_to(const fs::path& folder) {
+    fs::path existing = folder;
+    auto identity = identity_of_folder(existing);
+    while (!identity && existing.has_relative_path()) {
+        existing = existing.parent_path();
+        identity = identity_of_folder(existing);
+    }
+    if (!identity)
+        return folder;
+    const fs::path& first = m_first_paths.try_emplace(*identity, existing).first->second;
+    return existing == folder ? first : first / folder.lexically_relative(existing);
 }

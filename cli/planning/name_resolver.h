@@ -1,10 +1,16 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
-// Tells whether two names are one file without asking the system twice about a folder.
+using folder_identity_t = std::pair<std::uint64_t, std::uint64_t>; // device and number
+
+// Tells whether two names are one file, also where mounts or letter case give a folder several, without
+// asking the system twice about a folder.
 class name_resolver final {
 public:
     // The same for all names of a file. The last component stays as it is, also where it is a link: two links
@@ -14,5 +20,9 @@ public:
 private:
     const std::filesystem::path& resolve_folder(const std::string& folder);
 
+    // The path by which an existing folder was met first; below it, what is yet to be made.
+    std::filesystem::path first_path_to(const std::filesystem::path& folder);
+
     std::unordered_map<std::string, std::filesystem::path> m_folders;
+    std::map<folder_identity_t, std::filesystem::path> m_first_paths;
 };

@@ -7,9 +7,12 @@
 #include "platform/unnamed_file.h"
 #include "report_page.h" // made by CMake
 #include "sdk/open/failure.h"
+#include "sdk/open/system/input_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <filesystem>
 #include <span>
 #include <stdexcept>
 #include <system_error>
@@ -22,6 +25,11 @@ constexpr std::size_t sum_at = report_page.find(sum_mark);
 constexpr std::size_t rows_at = report_page.find(rows_mark);
 static_assert(sum_at < rows_at && rows_at != std::string_view::npos);
 
+// By which a page of an earlier run is known.
+constexpr std::string_view page_mark = R"(<meta name="generator" content="raw-to-tiff">)";
+constexpr std::size_t part_with_mark = 1024; // bytes at the page's start
+static_assert(report_page.substr(0, part_with_mark).find(page_mark) != std::string_view::npos);
+
 constexpr std::string_view before_sum = report_page.substr(0, sum_at);
 constexpr std::string_view before_rows =
     report_page.substr(sum_at + sum_mark.size(), rows_at - sum_at - sum_mark.size());
@@ -31,8 +39,26 @@ constexpr std::string_view after_rows = report_page.substr(rows_at + rows_mark.s
     throw std::system_error(errno, std::generic_category(), "cannot keep the rows of the report");
 }
 
+bool has_mark(std::span<const std::byte> beginning) {
+    const auto mark = std::as_bytes(std::span(page_mark));
+    return std::search(beginning.begin(), beginning.end(), mark.begin(), mark.end()) != beginning.end();
+}
+
+// Nobody else's page is replaced, nor one that cannot be looked at.
+void check_earlier_page(const std::string& path) try {
+    std::error_code unknown;
+    if (!std::filesystem::exists(path, unknown))
+        return;
+    const auto beginning = sdk_open::input_file(path).read_first(part_with_mark);
+    if (!beginning.empty() && !has_mark(beginning))
+        throw std::runtime_error("cannot replace " + path + ": it is no report of this program");
+} catch (const sdk_open::failure& problem) {
+    throw std::runtime_error("cannot replace " + path + ": " + problem.what());
+}
+
 sdk_open::output_file open_page(const std::string& path,
                                 const std::vector<sdk_open::system_calls::file_identity>& raw_files) try {
+    check_earlier_page(path);
     return {path, raw_files};
 } catch (const sdk_open::failure& problem) {
     throw std::runtime_error(problem.what());

@@ -15,7 +15,8 @@
 // memory.
 class html_report final : public result_sink {
 public:
-    // Throws std::runtime_error where the page cannot be written there, or rows cannot be kept.
+    // Throws std::runtime_error where the page cannot be written there, another file than an earlier page
+    // would be replaced, or rows cannot be kept.
     explicit html_report(const std::string& path);
 
     void take(const result_t& result, const tally& so_far) override;

@@ -23,7 +23,7 @@ struct file_identity {
 struct file_status {
     file_kind_t kind = file_kind_t::missing;
     std::uint64_t size = 0;   // bytes; of a regular file only
-    file_identity identity{}; // of a regular file only
+    file_identity identity{}; // of a regular file or a folder
 };
 
 // Opens for reading without waiting for a writer at the other end of a pipe.

@@ -59,6 +59,10 @@ TEST_F(many_files_test, answers_for_all) {
     write_file("lost log", std::string(100, '\0'));
     write_file("list", "");
     write_file("other.json", "{\n  \"input\": 1\n}\n");
+    write_file("empty.html", "");
+    write_file("mine.html", "<p>mine");
+    fs::create_symlink("list", "link to list");
+    fs::create_symlink("out/a.tif", "link to TIFF");
     const std::string in_gone_folder = "mkdir gone; cd gone; rmdir ../gone;";
     const std::string both = "out/a.tif out/below/b\n.tif ";
     const struct {
@@ -183,7 +187,19 @@ TEST_F(many_files_test, answers_for_all) {
          "",
          "./list cannot be both the list and the log",
          ""},
+        {{"--files-from", "list", "--log", "link to list"}, 2, "", "both the list and the log", ""},
+        {{"in/a.CR2", "-d", "out", "--log", "link to TIFF"}, 2, "", "both the log and the TIFF of", ""},
+        {{"in/a.CR2", "--files-from", "/dev/stdin", "-d", "out", "--log", "/dev/null"},
+         0,
+         "",
+         "",
+         "out/a.tif ",
+         "",
+         "</dev/null"},
         {{"in/a.CR2", "-d", "out", "--report", "x.html", "--resume", "x.html"}, 2, "", "and the report", ""},
+        {{"in/a.CR2", "-d", "out", "--report", "empty.html"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--report", "empty.html"}, 0, "", "", "out/a.tif "},
+        {{"in/a.CR2", "-d", "out", "--report", "mine.html"}, 2, "", "mine.html: it is no report", ""},
         {{"in/a.CR2", "-d", "out"},
          3,
          "",
@@ -197,6 +213,7 @@ TEST_F(many_files_test, answers_for_all) {
          "",
          "out/a.tif ",
          "mkfifo pipe; cat pipe >/dev/null & timeout 9"},
+        {{"in/a.CR2", "-d", "out", "--resume", "pipe"}, 2, "", "not a regular file: pipe", "", "timeout 9"},
         {{"in/a.CR2", "out.tif", "--log", "/dev/full"}, 11, "", "cannot write /dev/full: No", "out.tif "},
         {{"in/a.CR2", "-d", "out", "--json"}, 3, "", "standard output", "out/a.tif ", "", ">&-"},
         {{"in/a.CR2", "in/bad.crw", "-d", "out"}, 1, "", "", "out/a.tif ", "", "2>&- >&- <&-"},
@@ -210,6 +227,30 @@ TEST_F(many_files_test, answers_for_all) {
         EXPECT_TRUE(fs::is_empty(m_temporary));
         fs::remove_all("out");
         fs::remove("out.tif");
+    }
+}
+
+TEST_F(many_files_test, knows_a_folder_by_two_names) {
+    if (std::system("unshare --mount true") != 0)
+        GTEST_SKIP() << "only the superuser can mount a folder twice";
+    const struct {
+        std::string folder;
+        std::string twin;
+        words_t arguments;
+        int exit_code;
+        std::string errors;
+    } rows[] = {
+        {"in", "twin", {"in/a.CR2", "twin/a.CR2", "-d", "out"}, 0, "1 converted"},
+        {"out/x", "out/y", {"-rd", "out", "tree"}, 2, "b.crw would both become out/y/new/b.tif"},
+    };
+    for (const char* const folder : {"twin", "out/x", "out/y", "tree/x/new", "tree/y/new"})
+        fs::create_directories(folder);
+    write_file("tree/x/new/b.cr2", "");
+    write_file("tree/y/new/b.crw", "");
+    for (const auto& [folder, twin, arguments, exit_code, errors] : rows) {
+        const std::string script = "mount --bind " + folder + ' ' + twin + R"( && "$0" "$@")";
+        EXPECT_EQ(run(arguments, "unshare --mount sh -c '" + script + "'"), exit_code);
+        EXPECT_NE(m_errors.find(errors), std::string::npos) << m_errors;
     }
 }
 

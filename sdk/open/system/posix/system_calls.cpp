@@ -19,10 +19,10 @@ namespace {
 using platform::uninterrupted;
 
 file_status described(const struct stat& found) noexcept {
+    const file_identity identity{found.st_dev, found.st_ino};
     if (S_ISREG(found.st_mode))
-        return {
-            file_kind_t::regular, static_cast<std::uint64_t>(found.st_size), {found.st_dev, found.st_ino}};
-    return {S_ISDIR(found.st_mode) ? file_kind_t::folder : file_kind_t::other};
+        return {file_kind_t::regular, static_cast<std::uint64_t>(found.st_size), identity};
+    return {S_ISDIR(found.st_mode) ? file_kind_t::folder : file_kind_t::other, 0, identity};
 }
 
 } // namespace

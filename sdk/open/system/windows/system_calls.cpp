@@ -45,14 +45,14 @@ int describe(HANDLE file, file_status& status) noexcept {
     if (::GetFileInformationByHandle(file, &found) == 0)
         return failed();
     const auto joined = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
+    const file_identity identity{found.dwVolumeSerialNumber,
+                                 joined(found.nFileIndexHigh, found.nFileIndexLow)};
     if ((found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
         status = {file_kind_t::other};
     else if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-        status = {file_kind_t::folder};
+        status = {file_kind_t::folder, 0, identity};
     else
-        status = {file_kind_t::regular,
-                  joined(found.nFileSizeHigh, found.nFileSizeLow),
-                  {found.dwVolumeSerialNumber, joined(found.nFileIndexHigh, found.nFileIndexLow)}};
+        status = {file_kind_t::regular, joined(found.nFileSizeHigh, found.nFileSizeLow), identity};
     return 0;
 }
 
