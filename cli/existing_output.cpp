@@ -7,11 +7,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool has_output(const job_t& job) {
-    std::error_code unknown;
-    return fs::exists(fs::symlink_status(job.output, unknown));
-}
-
 // False where the system does not tell: the conversion says then what is wrong.
 bool is_up_to_date(const job_t& job) {
     std::error_code input_error;
@@ -22,6 +17,11 @@ bool is_up_to_date(const job_t& job) {
 }
 
 } // namespace
+
+bool has_output(const job_t& job) {
+    std::error_code unknown;
+    return fs::is_regular_file(job.output, unknown);
+}
 
 std::optional<result_t> settle_by_output(const job_t& job) {
     if (job.existing == existing_t::overwrite || !has_output(job))

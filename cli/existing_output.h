@@ -4,6 +4,10 @@
 
 #include <optional>
 
+// Whether there is a file that may be the TIFF, maybe behind a link. Where there is anything else, the
+// conversion says what is wrong.
+[[nodiscard]] bool has_output(const job_t& job);
+
 // What becomes of a job without a conversion, because its output exists; nothing where it is to be converted.
 [[nodiscard]] std::optional<result_t> settle_by_output(const job_t& job);
 
