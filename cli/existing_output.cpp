@@ -1,5 +1,6 @@
 #include "cli/existing_output.h"
 
+#include <chrono>
 #include <filesystem>
 #include <system_error>
 
@@ -7,13 +8,19 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// By how much file systems may have made a TIFF older that was given the time of its raw file: FAT knows even
+// seconds only.
+std::chrono::seconds rounding_of_times(const job_t& job) {
+    return std::chrono::seconds(job.keeps_modification_time ? 2 : 0);
+}
+
 // False where the system does not tell: the conversion says then what is wrong.
 bool is_up_to_date(const job_t& job) {
     std::error_code input_error;
     std::error_code output_error;
     const auto input_time = fs::last_write_time(job.input, input_error);
     const auto output_time = fs::last_write_time(job.output, output_error);
-    return !input_error && !output_error && input_time <= output_time;
+    return !input_error && !output_error && input_time <= output_time + rounding_of_times(job);
 }
 
 } // namespace
