@@ -40,7 +40,10 @@ std::optional<result_t> settle_by_output(const job_t& job) {
     return result_t{job, outcome_t::skipped, job.output + " exists", {}};
 }
 
-sdk_open::replacing_t may_replace_output(const job_t& job) {
-    const bool may = job.existing == existing_t::overwrite || has_output(job);
-    return may ? sdk_open::replacing_t::allowed : sdk_open::replacing_t::refused;
+sdk_open::expected_target_t expected_output(const job_t& job) {
+    using namespace sdk_open::system_calls;
+    if (job.existing == existing_t::overwrite)
+        return {};
+    file_status status;
+    return status_of_path(job.output, status) == 0 ? status : file_status();
 }

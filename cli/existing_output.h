@@ -11,6 +11,6 @@
 // What becomes of a job without a conversion, because its output exists; nothing where it is to be converted.
 [[nodiscard]] std::optional<result_t> settle_by_output(const job_t& job);
 
-// Whether the conversion may put its TIFF in the place of the one that is there now. Where there is none, one
-// that appears later is someone else's and stays, unless all are to be overwritten.
-[[nodiscard]] sdk_open::replacing_t may_replace_output(const job_t& job);
+// What has the name of the TIFF now, if anything. A file that appears or changes later is someone else's
+// and stays, unless all are to be overwritten: nothing is expected then.
+[[nodiscard]] sdk_open::expected_target_t expected_output(const job_t& job);

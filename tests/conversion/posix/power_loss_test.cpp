@@ -9,12 +9,12 @@ namespace {
 
 using calls_t = std::vector<faulty_system::call_t>;
 using faulty_system::naming_t;
-using sdk_open::replacing_t;
+using sdk_open::expected_target_t;
 
 class power_loss_test : public files_fixture {
 protected:
     power_loss_test() { std::filesystem::copy_file(SAMPLE_FILE, path("raw.cr2")); }
-    ~power_loss_test() override { sdk_open::set_replacing(replacing_t::allowed); }
+    ~power_loss_test() override { sdk_open::set_expected_target({}); }
 
     // Converts over an older file, where there is one; answers the calls that it took.
     [[nodiscard]] calls_t record(const std::string& older, naming_t naming) const {
@@ -44,20 +44,21 @@ protected:
 };
 
 TEST_F(power_loss_test, leaves_the_older_file_or_the_whole_new_one) {
+    const expected_target_t nothing{std::in_place};
     const struct {
         const char* older;
-        replacing_t replacing;
+        expected_target_t expected;
         naming_t naming = naming_t::in_one_step;
     } rows[] = {
-        {"", replacing_t::allowed},
-        {"older", replacing_t::allowed},
-        {"", replacing_t::refused},
-        {"", replacing_t::refused, naming_t::by_link},
-        {"", replacing_t::refused, naming_t::unguarded},
+        {"", {}},
+        {"older", {}},
+        {"", nothing},
+        {"", nothing, naming_t::by_link},
+        {"", nothing, naming_t::unguarded},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(&row - rows);
-        sdk_open::set_replacing(row.replacing);
+        sdk_open::set_expected_target(row.expected);
         const calls_t calls = record(row.older, row.naming);
         EXPECT_EQ(count_losses(calls, row.older), 0);
         std::cout << calls.size() << " moments to lose power at\n";

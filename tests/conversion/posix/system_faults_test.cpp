@@ -14,7 +14,7 @@ namespace {
 using faulty_system::fault_t;
 using faulty_system::first_open_t;
 using faulty_system::naming_t;
-using sdk_open::replacing_t;
+using sdk_open::expected_target_t;
 
 constexpr std::string_view new_file = "of a new file";
 
@@ -22,10 +22,10 @@ std::ptrdiff_t count_open_files() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
 }
 
-// How a conversion goes about it. Where it may not replace a target, there is none.
+// How a conversion goes about it. Where it expects no target, there is none.
 struct way_t {
     faulty_system::setting_t setting;
-    replacing_t replacing = replacing_t::allowed;
+    expected_target_t expected = {};
 };
 
 // A raw file and maybe an older target in one folder, an empty temporary folder in another.
@@ -41,20 +41,20 @@ protected:
     }
     ~system_faults_test() override {
         ::unsetenv("RAW_TO_TIFF_THREADS");
-        sdk_open::set_replacing(replacing_t::allowed);
+        sdk_open::set_expected_target({});
     }
 
-    void prepare(replacing_t replacing) {
-        sdk_open::set_replacing(replacing);
+    void prepare(const expected_target_t& expected) {
+        sdk_open::set_expected_target(expected);
         std::filesystem::remove(path("out.tif"));
-        if (replacing == replacing_t::allowed)
+        if (!expected)
             write("out.tif", "older");
         m_older = read("out.tif");
     }
 
     // Converts with a fault; false where there was none so late.
     bool convert_with(const fault_t& fault, const way_t& way) {
-        prepare(way.replacing);
+        prepare(way.expected);
         const auto n_open_files = count_open_files();
         int result = -1;
         std::string struck;
@@ -112,11 +112,12 @@ protected:
 TEST_F(system_faults_test, leave_the_older_file_or_the_whole_new_one) {
     const fault_t faults[] = {{1, 0},      {1, EINTR},  {1, EIO},       {1, ENOSPC},
                               {1, EACCES}, {1, EMFILE}, {1, EIO, true}, {1, ENOSPC, true}};
+    const expected_target_t nothing{std::in_place};
     const way_t ways[] = {{},
                           {{first_open_t::finds_no_file}},
-                          {{}, replacing_t::refused},
-                          {{.naming = naming_t::by_link}, replacing_t::refused},
-                          {{.naming = naming_t::unguarded}, replacing_t::refused}};
+                          {{}, nothing},
+                          {{.naming = naming_t::by_link}, nothing},
+                          {{.naming = naming_t::unguarded}, nothing}};
     int n_points = 0;
     for (const way_t& way : ways)
         for (fault_t fault : faults)

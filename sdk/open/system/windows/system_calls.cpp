@@ -52,7 +52,8 @@ int describe(HANDLE file, file_status& status) noexcept {
     else
         status = {file_kind_t::regular,
                   joined(found.nFileSizeHigh, found.nFileSizeLow),
-                  {found.dwVolumeSerialNumber, joined(found.nFileIndexHigh, found.nFileIndexLow)}};
+                  {found.dwVolumeSerialNumber, joined(found.nFileIndexHigh, found.nFileIndexLow)},
+                  joined(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime)};
     return 0;
 }
 
