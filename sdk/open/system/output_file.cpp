@@ -111,7 +111,8 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
     }
 }
 
-// Between the last look and the renaming, a file may still change, but none appear.
+// Between the last look and the renaming a file may still change; one that appears is spared wherever the
+// file system can.
 void output_file::take_name(const expected_target_t& expected) const {
     const system_calls::file_status target = check_target();
     const bool is_missing = target.kind == system_calls::file_kind_t::missing;
