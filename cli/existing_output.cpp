@@ -1,5 +1,6 @@
 #include "cli/existing_output.h"
 
+#include <chrono>
 #include <filesystem>
 #include <system_error>
 
@@ -7,9 +8,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-bool has_output(const job_t& job) {
-    std::error_code unknown;
-    return fs::exists(fs::symlink_status(job.output, unknown));
+// By how much file systems may have made a TIFF older that was given the time of its raw file: FAT knows even
+// seconds only.
+std::chrono::seconds rounding_of_times(const job_t& job) {
+    return std::chrono::seconds(job.keeps_modification_time ? 2 : 0);
 }
 
 // False where the system does not tell: the conversion says then what is wrong.
@@ -18,10 +20,15 @@ bool is_up_to_date(const job_t& job) {
     std::error_code output_error;
     const auto input_time = fs::last_write_time(job.input, input_error);
     const auto output_time = fs::last_write_time(job.output, output_error);
-    return !input_error && !output_error && input_time <= output_time;
+    return !input_error && !output_error && input_time <= output_time + rounding_of_times(job);
 }
 
 } // namespace
+
+bool has_output(const job_t& job) {
+    std::error_code unknown;
+    return fs::is_regular_file(job.output, unknown);
+}
 
 std::optional<result_t> settle_by_output(const job_t& job) {
     if (job.existing == existing_t::overwrite || !has_output(job))
@@ -33,7 +40,10 @@ std::optional<result_t> settle_by_output(const job_t& job) {
     return result_t{job, outcome_t::skipped, job.output + " exists", {}};
 }
 
-sdk_open::replacing_t may_replace_output(const job_t& job) {
-    const bool may = job.existing == existing_t::overwrite || has_output(job);
-    return may ? sdk_open::replacing_t::allowed : sdk_open::replacing_t::refused;
+sdk_open::expected_target_t expected_output(const job_t& job) {
+    using namespace sdk_open::system_calls;
+    if (job.existing == existing_t::overwrite)
+        return {};
+    file_status status;
+    return status_of_path(job.output, status) == 0 ? status : file_status();
 }

@@ -82,6 +82,6 @@ enum class sdk_blame_t {
     system,  // rights, a read or write error, a missing folder, a missing library
     full_disk,
     memory,
-    appeared_output, // someone else's file, which has the output's name since the conversion began
+    appeared_output, // someone else's file of its name, there or changed since the conversion began
 };
 [[nodiscard]] sdk_blame_t inq_sdk_failure_blame() noexcept;

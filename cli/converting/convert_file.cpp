@@ -38,7 +38,7 @@ void keep_modification_time(result_t& result) {
              "written, but without the raw file's time: " + error.message());
 }
 
-// Where someone else has made the TIFF meanwhile, it is as if it had been there.
+// Where someone else has made or changed the TIFF meanwhile, it is as if it had been so before.
 void explain_failed_conversion(result_t& result, int code, const ZFileLocation& raw) {
     explain_failure(result, code, raw);
     if (inq_sdk_failure_blame() != sdk_blame_t::appeared_output)
@@ -51,7 +51,7 @@ void explain_failed_conversion(result_t& result, int code, const ZFileLocation& 
 
 // The plan may be hours old: what it says of the TIFF is looked at again.
 result_t convert_file(const job_t& job) {
-    sdk_open::set_replacing(may_replace_output(job));
+    sdk_open::set_expected_target(expected_output(job));
     if (auto settled = settle_by_output(job))
         return std::move(*settled);
     result_t result{job, outcome_t::converted, {}, {}};

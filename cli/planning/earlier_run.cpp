@@ -1,5 +1,6 @@
 #include "cli/planning/earlier_run.h"
 
+#include "cli/existing_output.h"
 #include "cli/modification_time.h"
 #include "cli/reporting/json_record.h"
 
@@ -39,8 +40,7 @@ std::optional<result_t> earlier_run::settle(const job_t& job) const {
     const result_t& earlier = found->second;
     if (earlier.job.output != job.output || may_pass(earlier.outcome) || has_changed_since(earlier))
         return {};
-    std::error_code unknown;
-    if (is_done(earlier.outcome) && !fs::exists(job.output, unknown))
+    if (is_done(earlier.outcome) && !has_output(job))
         return {};
     result_t result{job, earlier.outcome, earlier.reason, {}};
     if (is_done(earlier.outcome)) {

@@ -86,7 +86,7 @@ void html_report::finish(ending_t ending, const tally& sum) {
         write(before_rows);
         write_rows();
         write(after_rows);
-        m_page.commit(sdk_open::replacing_t::allowed);
+        m_page.commit();
     } catch (const sdk_open::failure& problem) {
         throw std::runtime_error(problem.what());
     }

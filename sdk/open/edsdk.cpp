@@ -173,7 +173,7 @@ eds_error_t EdsSaveImage(__EdsObject* image, eds_target_t target, tagEdsSaveImag
         auto& source = handles.find<raw_image>(image);
         auto& file = handles.find<output_stream>(stream).file;
         write_tiff(file, *make_picture(source.decoder), source.metadata, inq_compression());
-        file.commit(inq_replacing());
+        file.commit(inq_expected_target());
     });
 }
 

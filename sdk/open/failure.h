@@ -21,7 +21,7 @@ enum class error_code_t : eds_error_t {
     not_a_raw_picture = 66,
     damaged_picture = 67,
     disk_full = 68,
-    output_appeared = 69, // and may not be replaced
+    output_appeared = 69, // or changed, and may not be replaced
 };
 
 // A step that failed: its code and, as one line of UTF-8 text, the reason.

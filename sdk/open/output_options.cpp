@@ -6,7 +6,7 @@ namespace sdk_open {
 namespace {
 
 compression_t the_compression = compression_t::none;
-replacing_t the_replacing = replacing_t::allowed;
+expected_target_t the_expected_target;
 
 } // namespace
 
@@ -22,12 +22,12 @@ compression_t inq_compression() noexcept {
     return the_compression;
 }
 
-void set_replacing(replacing_t replacing) noexcept {
-    the_replacing = replacing;
+void set_expected_target(const expected_target_t& expected) noexcept {
+    the_expected_target = expected;
 }
 
-replacing_t inq_replacing() noexcept {
-    return the_replacing;
+const expected_target_t& inq_expected_target() noexcept {
+    return the_expected_target;
 }
 
 } // namespace sdk_open

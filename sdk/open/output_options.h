@@ -1,5 +1,9 @@
 #pragma once
 
+#include "sdk/open/system/system_calls.h"
+
+#include <optional>
+
 namespace sdk_open {
 
 // How the pixels of a TIFF are stored. Reading gives the same pixels with each.
@@ -13,12 +17,12 @@ enum class compression_t { none, deflate, lzw, zstd };
 void set_compression(compression_t compression) noexcept;
 [[nodiscard]] compression_t inq_compression() noexcept;
 
-// Whether a picture may take the place of a file that has its name by the time that it is whole; else saving
-// it fails.
-enum class replacing_t { allowed, refused };
+// The target as a picture may replace it. Where another file has its name by the time that the picture is
+// whole, or it has changed, saving fails; where it is gone, nothing is lost. No value: any file is replaced.
+using expected_target_t = std::optional<system_calls::file_status>;
 
-// The same holds as for the compression; before the first call it is allowed.
-void set_replacing(replacing_t replacing) noexcept;
-[[nodiscard]] replacing_t inq_replacing() noexcept;
+// The same holds as for the compression; before the first call any file is replaced.
+void set_expected_target(const expected_target_t& expected) noexcept;
+[[nodiscard]] const expected_target_t& inq_expected_target() noexcept;
 
 } // namespace sdk_open

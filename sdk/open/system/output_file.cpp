@@ -43,24 +43,25 @@ output_file::~output_file() {
         system_calls::remove_file(m_temporary_path);
 }
 
-void output_file::check_target() const {
+system_calls::file_status output_file::check_target() const {
     system_calls::file_status status;
     if (system_calls::status_of_path(m_path, status) != 0)
         throw_errno();
     switch (status.kind) {
     case system_calls::file_kind_t::missing:
-        return;
+        return status;
     case system_calls::file_kind_t::regular:
         if (std::ranges::find(m_raw_files, status.identity) != m_raw_files.end())
             throw_cannot_write("it is the raw file itself");
         if (!system_calls::may_write(m_path))
             throw_errno();
-        return;
+        return status;
     case system_calls::file_kind_t::folder:
         throw_errno(EISDIR);
     case system_calls::file_kind_t::other:
-        throw_cannot_write("not a regular file");
+        break;
     }
+    throw_cannot_write("not a regular file");
 }
 
 // Whoever tidies up may take the new file for an abandoned one before it is claimed.
@@ -110,9 +111,17 @@ void output_file::write_at(std::uint64_t position, std::span<const std::byte> by
     }
 }
 
-int output_file::take_name(replacing_t replacing) const noexcept {
-    return replacing == replacing_t::allowed ? system_calls::rename_over(m_temporary_path, m_path)
-                                             : system_calls::rename_to_unused(m_temporary_path, m_path);
+// Between the last look and the renaming a file may still change; one that appears is spared wherever the
+// file system can.
+void output_file::take_name(const expected_target_t& expected) const {
+    const system_calls::file_status target = check_target();
+    const bool is_missing = target.kind == system_calls::file_kind_t::missing;
+    if (expected && !is_missing && target != *expected)
+        throw_errno(EEXIST);
+    const int result = expected && is_missing ? system_calls::rename_to_unused(m_temporary_path, m_path)
+                                              : system_calls::rename_over(m_temporary_path, m_path);
+    if (result != 0)
+        throw_errno();
 }
 
 // A folder that may be written but not read cannot be flushed: there is none then.
@@ -129,13 +138,11 @@ void output_file::flush(const file_descriptor& folder) const {
                       m_path + " is written, but may not outlast a crash: " + system_message(errno));
 }
 
-void output_file::commit(replacing_t replacing) {
+void output_file::commit(const expected_target_t& expected) {
     const file_descriptor folder = open_folder();
     if (system_calls::flush_to_medium(m_file.inq()) != 0 || m_file.close() != 0)
         throw_errno();
-    check_target();
-    if (take_name(replacing) != 0)
-        throw_errno();
+    take_name(expected);
     m_temporary_path.clear();
     flush(folder);
 }

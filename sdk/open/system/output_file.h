@@ -35,14 +35,15 @@ public:
     void write_at(std::uint64_t position, std::span<const std::byte> bytes);
 
     // Brings the file, of which something must have been written, to the medium and under its own name.
-    // Nothing can be written afterwards. What was there by then is replaced, or else makes this fail. Where
-    // all but the last step worked, which is to bring the name to the medium, the new file stays, and the
-    // failure says so.
-    void commit(replacing_t replacing);
+    // Nothing can be written afterwards. What was there by then is replaced; it makes this fail where
+    // something else is expected, if anything. Where all but the last step worked, which is to bring the name
+    // to the medium, the new file stays, and the failure says so.
+    void commit(const expected_target_t& expected = {});
 
 private:
-    void check_target() const;
-    [[nodiscard]] int take_name(replacing_t replacing) const noexcept;
+    // Answers what is there now.
+    system_calls::file_status check_target() const;
+    void take_name(const expected_target_t& expected) const;
     void create_beside_target();
     void create_claimed();
     [[nodiscard]] file_descriptor open_folder() const;

@@ -22,8 +22,11 @@ struct file_identity {
 
 struct file_status {
     file_kind_t kind = file_kind_t::missing;
-    std::uint64_t size = 0;   // bytes; of a regular file only
-    file_identity identity{}; // of a regular file or a folder
+    std::uint64_t size = 0;              // bytes; of a regular file only
+    file_identity identity{};            // of a regular file or a folder
+    std::uint64_t modification_time = 0; // in the system's own units; of a regular file only
+
+    [[nodiscard]] bool operator==(const file_status&) const = default;
 };
 
 // Opens for reading without waiting for a writer at the other end of a pipe.

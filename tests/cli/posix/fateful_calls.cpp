@@ -1,6 +1,7 @@
 // Preloaded into the program, it makes a worker meet its fate when it opens a file whose name says so: it
-// crashes or hangs, attempts what it may not do, or sees someone else's files appear. With HANG_AT_FSYNC set,
-// workers hang with a file begun; with NO_NOREPLACE and NO_LINKS, the file system lacks these.
+// crashes or hangs, attempts what it may not do, or sees someone else's files appear or touched.
+// With HANG_AT_FSYNC set, workers hang with a file begun; with NO_NOREPLACE and NO_LINKS, the file system
+// lacks these.
 
 #include <cerrno>
 #include <csignal>
@@ -12,6 +13,7 @@
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -70,9 +72,14 @@ constexpr struct {
     {"send.cr2", send_to_a_stranger},
 };
 
+void touch(int descriptor) {
+    ::futimens(descriptor, nullptr);
+    ::close(descriptor);
+}
+
 void let_files_appear() {
     for (const char* const file : {"out/a appear.tif", "out/b.tif"})
-        ::close(open_file(file, O_WRONLY | O_CREAT));
+        touch(open_file(file, O_WRONLY | O_CREAT));
 }
 
 // Makes a call that gives a file a name, unless the environment says that the file system cannot.

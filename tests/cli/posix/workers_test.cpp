@@ -172,10 +172,11 @@ TEST_F(workers_test, are_killed_with_the_program_and_go_on) {
     }
 }
 
-// The first appears while the worker is at it, the second before.
+// The first appears, or is touched, while the worker is at it, the second before.
 TEST_F(workers_test, mind_what_appears_after_the_plan) {
     for (const char* name : {"a appear.cr2", "b.cr2", "c.cr2"})
         add_raw_file(name);
+    const std::string with_older_ones = "mkdir out; touch -d 2020-01-01 'out/a appear.tif' out/b.tif;";
     const struct {
         std::string choice;
         std::string setting;
@@ -189,11 +190,13 @@ TEST_F(workers_test, mind_what_appears_after_the_plan) {
         {"error", "NO_NOREPLACE=1 NO_LINKS=1 ", 1, "1 converted, 0 skipped, 2 failed", 0},
         {"skip", "", 0, "1 converted, 2 skipped, 0 failed", 0},
         {"newer", "", 0, "1 converted, 2 skipped, 0 failed", 0},
+        {"newer", with_older_ones, 0, "1 converted, 2 skipped, 0 failed", 0},
         {"overwrite", "", 0, "3 converted", 2},
+        {"overwrite", with_older_ones, 0, "3 converted", 2},
     };
     for (const auto& [choice, setting, exit_code, told, n_replaced] : rows) {
         SCOPED_TRACE(setting + choice);
-        EXPECT_EQ(run({"-rd", "out", "in", "-j", "1", "--existing", choice}, preload + setting), exit_code);
+        EXPECT_EQ(run({"-rd", "out", "in", "-j", "1", "--existing", choice}, setting + preload), exit_code);
         EXPECT_NE(m_errors.find(told), std::string::npos) << m_errors;
         EXPECT_EQ(list_outputs(), "out/a appear.tif out/b.tif out/c.tif ");
         EXPECT_EQ(!fs::is_empty("out/a appear.tif") + !fs::is_empty("out/b.tif"), n_replaced);

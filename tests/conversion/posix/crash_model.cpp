@@ -18,8 +18,10 @@ void crash_model::carry_out(const faulty_system::call_t& call) {
         write(*m_open.at(call.descriptor), call);
     else if (call.name == "fsync")
         return flush(call.descriptor);
-    else if (call.name == "rename")
+    else if (call.name == "rename" || call.name == "renameat2")
         names[call.target] = names.extract(call.path).mapped();
+    else if (call.name == "link")
+        names[call.target] = names.at(call.path);
     else if (call.name == "unlink")
         names.erase(call.path);
     if (names != m_names.back())

@@ -17,9 +17,11 @@ namespace {
 
 using faulty_system::call_t;
 using faulty_system::fault_t;
+using faulty_system::naming_t;
 
 bool is_at_work = false;
 bool hides_first_file = false;
+naming_t the_naming = naming_t::in_one_step;
 fault_t the_fault;
 int n_so_far = 0;
 std::string struck;
@@ -78,6 +80,11 @@ int change(const call_t& call, long number, Arguments... arguments) {
     return answer;
 }
 
+// What the file system does not have fails, if need be for another reason.
+int refuse(std::string_view name, int error_number) {
+    return fail(strikes(name) ? the_fault.error_number : error_number);
+}
+
 // Data is void where it is filled, const void where it is read from.
 template <typename Data, typename... Position>
 ssize_t transfer(std::string_view name, long number, int file, Data* data, std::size_t size,
@@ -94,9 +101,10 @@ ssize_t transfer(std::string_view name, long number, int file, Data* data, std::
 
 namespace faulty_system {
 
-section::section(const fault_t& fault, first_open_t first_open) {
+section::section(const fault_t& fault, const setting_t& setting) {
     the_fault = fault;
-    hides_first_file = first_open == first_open_t::finds_no_file;
+    hides_first_file = setting.first_open == first_open_t::finds_no_file;
+    the_naming = setting.naming;
     n_so_far = 0;
     struck.clear();
     new_files.clear();
@@ -182,6 +190,18 @@ int fsync(int file) {
 
 int rename(const char* from, const char* to) noexcept {
     return change({"rename", -1, from, to}, SYS_renameat2, AT_FDCWD, from, AT_FDCWD, to, 0);
+}
+
+int renameat2(int from_folder, const char* from, int to_folder, const char* to, unsigned flags) noexcept {
+    if (is_at_work && the_naming != naming_t::in_one_step)
+        return refuse("renameat2", EINVAL);
+    return change({"renameat2", -1, from, to}, SYS_renameat2, from_folder, from, to_folder, to, flags);
+}
+
+int link(const char* from, const char* to) noexcept {
+    if (is_at_work && the_naming == naming_t::unguarded)
+        return refuse("link", EPERM);
+    return change({"link", -1, from, to}, SYS_linkat, AT_FDCWD, from, AT_FDCWD, to, 0);
 }
 
 int unlink(const char* path) noexcept {

@@ -26,11 +26,19 @@ struct call_t {
 
 enum class first_open_t { works, finds_no_file };
 
+// How a file can get a name that nothing else has: in one step, by a hard link, or by no means.
+enum class naming_t { in_one_step, by_link, unguarded };
+
+struct setting_t {
+    first_open_t first_open = first_open_t::works;
+    naming_t naming = naming_t::in_one_step;
+};
+
 // Strikes, and keeps the calls that change files and succeed, until the end of its life. One at a time, in a
 // process whose other threads call nothing.
 class section final {
 public:
-    explicit section(const fault_t& fault, first_open_t first_open = first_open_t::works);
+    explicit section(const fault_t& fault, const setting_t& setting = {});
     section(const section&) = delete;
     section& operator=(const section&) = delete;
     ~section();

@@ -18,10 +18,15 @@ namespace {
 
 using platform::uninterrupted;
 
+std::uint64_t nanoseconds(const timespec& time) noexcept {
+    return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000 + static_cast<std::uint64_t>(time.tv_nsec);
+}
+
 file_status described(const struct stat& found) noexcept {
     const file_identity identity{found.st_dev, found.st_ino};
     if (S_ISREG(found.st_mode))
-        return {file_kind_t::regular, static_cast<std::uint64_t>(found.st_size), identity};
+        return {file_kind_t::regular, static_cast<std::uint64_t>(found.st_size), identity,
+                nanoseconds(found.st_mtim)};
     return {S_ISDIR(found.st_mode) ? file_kind_t::folder : file_kind_t::other, 0, identity};
 }
 

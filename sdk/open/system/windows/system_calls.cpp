@@ -52,7 +52,8 @@ int describe(HANDLE file, file_status& status) noexcept {
     else if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
         status = {file_kind_t::folder, 0, identity};
     else
-        status = {file_kind_t::regular, joined(found.nFileSizeHigh, found.nFileSizeLow), identity};
+        status = {file_kind_t::regular, joined(found.nFileSizeHigh, found.nFileSizeLow), identity,
+                  joined(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime)};
     return 0;
 }
 
