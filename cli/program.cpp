@@ -79,11 +79,10 @@ void add_sinks(reports& reports, const options_t& options) {
 
 // What cannot be told on, or done at all, ends the run; those who can still be told learn of it.
 ending_t carry_out(const plan_t& plan, const options_t& options, reports& reports) {
-    ending_t ending = ending_t::stopped;
     try {
         for (const result_t& result : plan.settled)
             reports.take(result);
-        ending = convert_all(plan.jobs, options, reports);
+        const ending_t ending = convert_all(plan.jobs, options, reports);
         reports.finish(ending);
         return ending;
     } catch (const std::runtime_error& problem) {

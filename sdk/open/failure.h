@@ -37,7 +37,11 @@ private:
     std::string m_reason;
 };
 
+// What is wrong with most raw files that cannot be converted: failure(damaged_picture) for this reason,
+// failure(not_a_raw_picture), and failure(not_supported) for pixel data that are stored in an unknown way.
 [[noreturn]] void throw_damaged(const char* reason);
+[[noreturn]] void throw_no_raw_picture();
+[[noreturn]] void throw_unknown_storage();
 
 // The system's own words for an errno value, for example "No space left on device".
 [[nodiscard]] std::string system_message(int error_number);

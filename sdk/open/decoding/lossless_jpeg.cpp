@@ -101,7 +101,7 @@ void read_frame(byte_reader segment, headers& found) {
     for (unsigned component = 0; component < frame.components; ++component) {
         found.names[component] = segment.take_u8();
         if (!is_sampled_as(found.sampling, component, segment.take_u8()))
-            throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
+            throw_unknown_storage();
         [[maybe_unused]] const unsigned quantisation = segment.take_u8();
     }
     found.frame = frame;

@@ -58,10 +58,6 @@ bool is_known(directory_t kind, unsigned tag) noexcept {
         tags_of(kind), [=](const tag_range& range) { return tag >= range.first && tag <= range.last; });
 }
 
-[[noreturn]] void throw_not_canon() {
-    throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
-}
-
 class directory_walk final {
 public:
     explicit directory_walk(std::span<const std::byte> bytes) noexcept : m_bytes(bytes) {}
@@ -188,14 +184,14 @@ private:
         constexpr unsigned start_of_image = 0xd8; // behind ff, which LibRaw does not ask for
         if (number_at(jpeg + 1, 1) == start_of_image &&
             (starts_with(jpeg + directories_at, "II") || starts_with(jpeg + directories_at, "MM")))
-            throw_not_canon();
+            throw_no_raw_picture();
     }
 
     void check_maker(const entry& found) const {
         constexpr std::size_t value_size = canon_entry_size - value_at;
         const std::size_t text = found.count > value_size ? found.value : found.first + value_at;
         if (found.type != TIFF_ASCII || !starts_with(text, "Canon"))
-            throw_not_canon();
+            throw_no_raw_picture();
     }
 
     std::span<const std::byte> m_bytes;

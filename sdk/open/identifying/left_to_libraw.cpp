@@ -20,7 +20,7 @@ void check_reduced(LibRaw& identified, std::span<const std::byte> bytes) {
     constexpr unsigned most_slices = 64; // cameras make a few
     const libraw_data_t& data = identified.imgdata;
     if (data.idata.filters != 0 || data.idata.colors != 3)
-        throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
+        throw_unknown_storage();
     if (data.sizes.height % 2 != 0 || // LibRaw writes two rows at a time
         identified.get_internal_data_pointer()->unpacker_data.cr2_slice[0] > most_slices)
         throw_damaged("the pixel data have an impossible geometry");

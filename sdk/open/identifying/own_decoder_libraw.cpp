@@ -38,7 +38,7 @@ void own_decoder_libraw::put_in_place_of_libraws(load_function load) noexcept {
 
 // What LibRaw learns from rows that are not there yet may stay, so it is asked only where it will not look at
 // any.
-bool own_decoder_libraw::learns_levels_left_of(unsigned column) {
+bool own_decoder_libraw::learn_levels_left_of(unsigned column) {
     if (!has_borders_only_left_of(column))
         return false;
     crop_masked_pixels();

@@ -21,18 +21,18 @@ public:
     // Like unpack(), whose answer it returns, but the decoder fills the mosaic. Throws what that throws, and
     // std::bad_alloc where there is no memory for the mosaic. A mosaic whose decoding failed stays where it
     // is.
-    int unpack_with(decoder decode);
+    [[nodiscard]] int unpack_with(decoder decode);
 
     // Like unpack(), with LibRaw's decoder. A lack of memory is answered as such, and not taken for damage.
-    int unpack_by_libraw();
+    [[nodiscard]] int unpack_by_libraw();
 
     // Like dcraw_process(), which goes on where it got no memory for the picture, and reports success. Throws
     // std::bad_alloc, too.
-    int develop();
+    [[nodiscard]] int develop();
 
     // While the decoder runs: learns the black level from the mosaic's masked borders, if all of them lie
     // left of a column. Up to there every row must be complete.
-    bool learns_levels_left_of(unsigned column);
+    [[nodiscard]] bool learn_levels_left_of(unsigned column);
 
 private:
     using load_function = void (LibRaw::*)();

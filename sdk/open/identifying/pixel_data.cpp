@@ -14,10 +14,6 @@ namespace {
 
 constexpr std::uint64_t most_crw_samples = 32'000'000; // three times what the last of these cameras made
 
-[[noreturn]] void throw_no_picture() {
-    throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
-}
-
 // The readout of the EOS-1D Mark III, which alone is so wide, starts two samples before the first row.
 unsigned lead_of(unsigned width) noexcept {
     return width == 3984 ? 2 : 0;
@@ -28,7 +24,7 @@ cr2_mosaic find_in_cr2(std::span<const std::byte> bytes, LibRaw& identified) {
     check_size(identified.imgdata.sizes, most_samples, bytes.size(), samples_per_byte);
     const unpacker_data_t& found = identified.get_internal_data_pointer()->unpacker_data;
     if (decoder_name(identified) != "lossless_jpeg_load_raw()")
-        throw_no_picture();
+        throw_no_raw_picture();
     return {read_stored_jpeg(bytes, identified, sampling_t::even),
             {found.cr2_slice[0], found.cr2_slice[1], found.cr2_slice[2]},
             lead_of(identified.imgdata.sizes.raw_width)};
@@ -38,10 +34,10 @@ crw_mosaic find_in_crw(std::span<const std::byte> bytes, LibRaw& identified) {
     constexpr std::uint64_t samples_per_byte = 128; // a block of 64 takes at least four bits
     check_size(identified.imgdata.sizes, most_crw_samples, bytes.size(), samples_per_byte);
     if (decoder_name(identified) != "canon_load_raw()")
-        throw failure(error_code_t::not_supported, "the raw picture is stored in an unknown way");
+        throw_unknown_storage();
     const auto record = find_ciff_raw_data(bytes);
     if (!record)
-        throw_no_picture();
+        throw_no_raw_picture();
     return read_crw_mosaic(bytes.subspan(record->first, record->end - record->first),
                            identified.get_internal_data_pointer()->unpacker_data.tiff_compress,
                            sample_count(identified.imgdata.sizes));

@@ -26,7 +26,7 @@ void check(int libraw_answer) {
     case LIBRAW_FILE_UNSUPPORTED:
     case LIBRAW_REQUEST_FOR_NONEXISTENT_IMAGE:
     case LIBRAW_OUT_OF_ORDER_CALL: // what decoding answers where no picture was identified
-        throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+        throw_no_raw_picture();
     case LIBRAW_TOO_BIG:
         throw failure(error_code_t::not_supported, "the raw picture is too large");
     case LIBRAW_IO_ERROR:
@@ -61,7 +61,7 @@ void refuse_foreign_marks(std::span<const std::byte> bytes) {
     for (const std::string_view mark : {"IIII", "MMMM"}) {
         const auto units = std::as_bytes(std::span(mark));
         if (std::search(first.begin(), first.end(), units.begin(), units.end()) != first.end())
-            throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+            throw_no_raw_picture();
     }
 }
 
@@ -106,7 +106,7 @@ void raw_decoder::decode_into(const mosaic_buffer& target, unsigned workers, con
         if (rows == 0 || rows == target.height)
             return;
         if (!knows_levels) {
-            if (!m_libraw->learns_levels_left_of(m_stored->inq_first_column_of_last_slice()))
+            if (!m_libraw->learn_levels_left_of(m_stored->inq_first_column_of_last_slice()))
                 return;
             correct_white_level(m_libraw->imgdata.color, m_stored->inq_precision());
             knows_levels = true;

@@ -21,7 +21,7 @@ raw_format_t recognise_raw_format(std::span<const std::byte> bytes) {
         return raw_format_t::cr2;
     if (has_at(bytes, 0, "II") && has_at(bytes, 6, "HEAPCCDR"))
         return raw_format_t::crw;
-    throw failure(error_code_t::not_a_raw_picture, "no Canon raw picture in it");
+    throw_no_raw_picture();
 }
 
 } // namespace sdk_open

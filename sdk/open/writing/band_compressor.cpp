@@ -5,19 +5,12 @@
 #include <new>
 
 namespace sdk_open {
-namespace {
 
-// It is compressed into memory, which is all that can be wanting.
-[[noreturn]] void throw_cannot_compress() {
-    throw std::bad_alloc();
-}
-
-} // namespace
-
+// Strips are compressed into memory, which is all that can be lacking: that is what each failure means.
 band_compressor::band_compressor(const pixel_layout& layout)
     : m_layout(layout), m_tiff(open_tiff(inq_storage(), "wl")) {
     if (!m_tiff || !set_pixel_layout(m_tiff.get(), layout))
-        throw_cannot_compress();
+        throw std::bad_alloc();
 }
 
 void band_compressor::compress(std::span<std::uint16_t> values) {
@@ -27,10 +20,8 @@ void band_compressor::compress(std::span<std::uint16_t> values) {
         const auto strip = values.first(std::min(m_layout.inq_strip_length(), values.size()));
         const auto size = static_cast<tmsize_t>(strip.size_bytes());
         const bool is_written = TIFFWriteEncodedStrip(m_tiff.get(), 0, strip.data(), size) == size;
-        if (m_lacks_memory)
+        if (!is_written || m_lacks_memory)
             throw std::bad_alloc();
-        if (!is_written)
-            throw_cannot_compress();
         m_ends.push_back(m_bytes.size());
         values = values.subspan(strip.size());
     }

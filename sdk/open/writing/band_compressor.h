@@ -15,12 +15,12 @@ namespace sdk_open {
 // not depend on those before it.
 class band_compressor final {
 public:
-    // Throws failure, or std::bad_alloc.
+    // Throws std::bad_alloc.
     explicit band_compressor(const pixel_layout& layout);
     band_compressor(const band_compressor&) = delete;
     band_compressor& operator=(const band_compressor&) = delete;
 
-    // Takes whole strips, but for the last one of a picture. Throws failure, or std::bad_alloc.
+    // Takes whole strips, but for the last one of a picture. Throws std::bad_alloc.
     void compress(std::span<std::uint16_t> values);
 
     // The strips of the band that was compressed last, one after another.
