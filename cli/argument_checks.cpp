@@ -2,13 +2,33 @@
 
 #include "cli/planning/raw_name.h"
 #include "cli/regular_file.h"
+#include "platform/characters.h"
 
-#include <CLI/CLI.hpp>
-
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
+#include <string_view>
 #include <system_error>
+
+namespace {
+
+std::string in_lower_case(std::string text) {
+    std::ranges::transform(text, text.begin(), [](char c) { return platform::to_lower(c); });
+    return text;
+}
+
+template <typename Number>
+std::optional<Number> number_in(std::string_view text) noexcept {
+    Number number{};
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+}
+
+} // namespace
 
 namespace argument_checks {
 
@@ -21,7 +41,7 @@ std::string no_raw_name(const std::string& name) {
 }
 
 std::string no_other_file(const std::string& name) {
-    const std::string lower = CLI::detail::to_lower(name);
+    const std::string lower = in_lower_case(name);
     std::error_code unknown;
     const auto size = std::filesystem::file_size(name, unknown);
     return lower.ends_with(".tif") || lower.ends_with(".tiff") || unknown || size == 0
@@ -38,14 +58,14 @@ std::string regular_file(const std::string& name) {
 }
 
 std::string duration(const std::string& seconds) {
-    double number = 0;
-    const bool is_one = CLI::detail::lexical_cast(seconds, number) && number > 0 && std::isfinite(number);
-    return is_one ? "" : "not a number of seconds above 0: " + seconds;
+    const auto number = number_in<double>(seconds);
+    return number && *number > 0 && std::isfinite(*number) ? ""
+                                                           : "not a number of seconds above 0: " + seconds;
 }
 
 std::string size(const std::string& bytes) {
-    std::int64_t number = 0;
-    return CLI::detail::lexical_cast(bytes, number) && number > 0 ? "" : "not a size above 0";
+    const auto number = number_in<std::int64_t>(bytes);
+    return number && *number > 0 ? "" : "not a size above 0";
 }
 
 } // namespace argument_checks

@@ -1,19 +1,15 @@
 #include "conversion/convert_raw_to_tiff.h"
 
-#include "classlib/files/ZFile.h"
 #include "classlib/files/ZFileLocation.h"
 #include "conversion/ZCanonImageConvertor.h"
 #include "conversion/pixrerr.h"
-#include "conversion/raw_extension.h"
+#include "conversion/raw_file_check.h"
 
 namespace {
 
 pixrerr_t convert_checked(const ZFileLocation& raw_path, const ZFileLocation& tiff_path) {
-    if (!ZFile::inq_exists(raw_path))
-        return pixrerr_missing_file;
-    if (!has_raw_extension(raw_path))
-        return pixrerr_failed;
-    return ZCanonImageConvertor::convert(raw_path, tiff_path);
+    const pixrerr_t problem = check_raw_file(raw_path);
+    return problem == pixrerr_ok ? ZCanonImageConvertor::convert(raw_path, tiff_path) : problem;
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 namespace platform {
 
 // While it lives, a request to stop the program (interrupt, terminate, hang up) does not end it; one that
-// comes takes effect at its end. For what is short and is not to be left half done.
+// comes takes effect at its end. For what is short and is not to be left half done. One lives at a time.
 class stop_delay final {
 public:
     stop_delay() noexcept;

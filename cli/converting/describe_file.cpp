@@ -1,11 +1,11 @@
 #include "cli/converting/describe_file.h"
 
-#include "classlib/files/ZFile.h"
+#include "classlib/files/ZFileLocation.h"
 #include "classlib/strings/ZMBString.h"
 #include "cli/converting/failure_outcome.h"
 #include "cli/file_argument.h"
 #include "conversion/pixrerr.h"
-#include "conversion/raw_extension.h"
+#include "conversion/raw_file_check.h"
 #include "conversion/sdk_object.h"
 #include "conversion/sdk_session.h"
 
@@ -21,10 +21,8 @@ eds_error_t identify_in_session(const ZFileLocation& raw) {
 }
 
 pixrerr_t identify(const ZFileLocation& raw) {
-    if (!ZFile::inq_exists(raw))
-        return pixrerr_missing_file;
-    if (!has_raw_extension(raw))
-        return pixrerr_failed;
+    if (const pixrerr_t problem = check_raw_file(raw); problem != pixrerr_ok)
+        return problem;
     const sdk_session session;
     eds_error_t error = session.inq_error();
     if (error == eds_ok)

@@ -6,22 +6,20 @@
 namespace platform {
 namespace {
 
-void change_mask(int how) noexcept {
-    sigset_t signals;
-    sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        sigaddset(&signals, signal);
-    ::sigprocmask(how, &signals, nullptr);
-}
+sigset_t blocked_before;
 
 } // namespace
 
 stop_delay::stop_delay() noexcept {
-    change_mask(SIG_BLOCK);
+    sigset_t requests;
+    sigemptyset(&requests);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&requests, signal);
+    ::sigprocmask(SIG_BLOCK, &requests, &blocked_before);
 }
 
 stop_delay::~stop_delay() {
-    change_mask(SIG_UNBLOCK);
+    ::sigprocmask(SIG_SETMASK, &blocked_before, nullptr);
 }
 
 } // namespace platform

@@ -130,66 +130,76 @@ struct direction_weights {
     float* below;
 };
 
+// Keeps weights even where nothing varies but noise.
+constexpr float least_gradient = 0.12F;
+
+// How much the differences vary along a half line. gradient: by the distance from the middle.
+template <typename Gradient>
+tones_t sum_gradients(Gradient gradient) {
+    const tones_t far = hn::Add(gradient(3), gradient(2));
+    const tones_t near = hn::Add(gradient(1), gradient(0));
+    return hn::Add(hn::Add(far, near), all(least_gradient));
+}
+
+constexpr float half_line_weights = 4 + 4 + 3 + 2 + 1;
+
+// The sum of a half line's differences with these weights. difference: by the distance from the middle.
+template <typename Difference>
+tones_t sum_differences(Difference difference) {
+    tones_t run = hn::Add(difference(0), difference(1));
+    tones_t sum = run;
+    for (int distance = 2; distance < half_line; ++distance) {
+        run = hn::Add(run, difference(distance));
+        sum = hn::Add(sum, run);
+    }
+    return sum;
+}
+
+inline tones_t squared_product(tones_t a, tones_t b) {
+    const tones_t product = hn::Mul(a, b);
+    return hn::Mul(product, product);
+}
+
 // Green minus the other colour where that is what was sampled, of no meaning elsewhere; the weights
 // everywhere.
 inline void find_green(const green_input& in, const direction_weights& weights, float* differences,
                        std::ptrdiff_t first, std::ptrdiff_t last) {
-    // Keeps weights even where nothing varies but noise.
-    const tones_t least_gradient = all(0.12F);
     for_columns(first, last, [&](std::ptrdiff_t x) {
-        const auto row_gradient = [&](std::ptrdiff_t offset) { return load(in.row_gradients + x + offset); };
-        const auto column_gradient = [&](std::size_t row) { return load(in.column_gradients[row] + x); };
-        const auto sum4 = [&](tones_t a, tones_t b, tones_t c, tones_t d) {
-            return hn::Add(hn::Add(hn::Add(a, b), hn::Add(c, d)), least_gradient);
+        const auto row_gradient = [&](int offset) { return load(in.row_gradients + x + offset); };
+        const auto column_gradient = [&](int offset) {
+            return load(in.column_gradients[static_cast<unsigned>(offset + gradient_line - 1)] + x);
         };
-        const tones_t row_here = row_gradient(0);
-        const tones_t column_here = column_gradient(3);
-        const tones_t left = sum4(row_gradient(-3), row_gradient(-2), row_gradient(-1), row_here);
-        const tones_t right = sum4(row_gradient(3), row_gradient(2), row_gradient(1), row_here);
-        const tones_t above = sum4(column_gradient(0), column_gradient(1), column_gradient(2), column_here);
-        const tones_t below = sum4(column_gradient(6), column_gradient(5), column_gradient(4), column_here);
+        const tones_t left = sum_gradients([&](int distance) { return row_gradient(-distance); });
+        const tones_t right = sum_gradients([&](int distance) { return row_gradient(distance); });
+        const tones_t above = sum_gradients([&](int distance) { return column_gradient(-distance); });
+        const tones_t below = sum_gradients([&](int distance) { return column_gradient(distance); });
 
         // One over the square of each sum, all multiplied by the same: so one division does.
-        const auto squared = [](tones_t a, tones_t b) {
-            const tones_t product = hn::Mul(a, b);
-            return hn::Mul(product, product);
-        };
         const tones_t row_product = hn::Mul(left, right);
         const tones_t column_product = hn::Mul(above, below);
-        const tones_t left_weight = squared(right, column_product);
-        const tones_t right_weight = squared(left, column_product);
-        const tones_t above_weight = squared(below, row_product);
-        const tones_t below_weight = squared(above, row_product);
+        const tones_t left_weight = squared_product(right, column_product);
+        const tones_t right_weight = squared_product(left, column_product);
+        const tones_t above_weight = squared_product(below, row_product);
+        const tones_t below_weight = squared_product(above, row_product);
         const tones_t scale = hn::Div(
             all(1.0F), hn::Add(hn::Add(left_weight, right_weight), hn::Add(above_weight, below_weight)));
-
-        // Weights of 4, 4, 3, 2 and 1 for the middle sample and those behind it.
-        const auto line = [](auto sample) {
-            tones_t run = hn::Add(sample(0), sample(1));
-            tones_t sum = run;
-            for (int distance = 2; distance < half_line; ++distance) {
-                run = hn::Add(run, sample(distance));
-                sum = hn::Add(sum, run);
-            }
-            return sum;
-        };
-        const auto in_row = [&](int offset) { return load(in.row_differences + x + offset); };
-        const auto in_column = [&](int offset) {
-            return load(in.column_differences[static_cast<unsigned>(offset + half_line - 1)] + x);
-        };
-        tones_t difference = hn::Mul(left_weight, line([&](int distance) { return in_row(-distance); }));
-        difference =
-            hn::Add(difference, hn::Mul(right_weight, line([&](int distance) { return in_row(distance); })));
-        difference = hn::Add(difference,
-                             hn::Mul(above_weight, line([&](int distance) { return in_column(-distance); })));
-        difference = hn::Add(difference,
-                             hn::Mul(below_weight, line([&](int distance) { return in_column(distance); })));
-        constexpr float line_weights = 4 + 4 + 3 + 2 + 1;
-        hn::StoreU(hn::Mul(difference, hn::Mul(scale, all(1 / line_weights))), lanes_t(), differences + x);
         hn::StoreU(hn::Mul(left_weight, scale), lanes_t(), weights.left + x);
         hn::StoreU(hn::Mul(right_weight, scale), lanes_t(), weights.right + x);
         hn::StoreU(hn::Mul(above_weight, scale), lanes_t(), weights.above + x);
         hn::StoreU(hn::Mul(below_weight, scale), lanes_t(), weights.below + x);
+
+        const auto in_row = [&](int offset) { return load(in.row_differences + x + offset); };
+        const auto in_column = [&](int offset) {
+            return load(in.column_differences[static_cast<unsigned>(offset + half_line - 1)] + x);
+        };
+        const auto weighted = [](tones_t weight, auto difference) {
+            return hn::Mul(weight, sum_differences(difference));
+        };
+        tones_t sum = weighted(left_weight, [&](int distance) { return in_row(-distance); });
+        sum = hn::Add(sum, weighted(right_weight, [&](int distance) { return in_row(distance); }));
+        sum = hn::Add(sum, weighted(above_weight, [&](int distance) { return in_column(-distance); }));
+        sum = hn::Add(sum, weighted(below_weight, [&](int distance) { return in_column(distance); }));
+        hn::StoreU(hn::Mul(sum, hn::Mul(scale, all(1 / half_line_weights))), lanes_t(), differences + x);
     });
 }
 
