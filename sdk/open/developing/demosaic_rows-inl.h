@@ -55,7 +55,8 @@ inline tones_t absolute_difference(tones_t a, tones_t b) {
     return hn::Abs(hn::Sub(a, b));
 }
 
-// How much a colour's own curvature says about the other colour between two samples of it.
+// How much a colour's own curvature says about the other colour between two samples of it: of 0.10 to 0.25,
+// what comes nearest to the truth of the generated samples (PSNR by bench/quality.py).
 constexpr float curvature_weight = 0.17F;
 
 // The other colour at a sample, from its neighbours in a line and the sample's own curvature.
@@ -130,7 +131,8 @@ struct direction_weights {
     float* below;
 };
 
-// Keeps weights even where nothing varies but noise.
+// Keeps weights even where nothing varies but noise. On the generated samples, twice as much gains PSNR and
+// loses truth of colour (CIEDE2000), and half as much the other way round.
 constexpr float least_gradient = 0.12F;
 
 // How much the differences vary along a half line. gradient: by the distance from the middle.
