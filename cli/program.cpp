@@ -82,7 +82,7 @@ ending_t carry_out(const plan_t& plan, const options_t& options, reports& report
     try {
         for (const result_t& result : plan.settled)
             reports.take(result);
-        const ending_t ending = convert_all(plan.jobs, options, reports);
+        const ending_t ending = convert_all(plan, options, reports);
         reports.finish(ending);
         return ending;
     } catch (const std::runtime_error& problem) {

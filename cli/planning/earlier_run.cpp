@@ -14,9 +14,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// False where the log does not tell when the raw file was written.
+// False where the log does not tell when the raw file was written, and where the file is gone: into an
+// archive, say.
 bool has_changed_since(const result_t& result) {
-    return result.modification_time && result.modification_time != inq_modification_time(result.job.input);
+    const auto now = inq_modification_time(result.job.input);
+    return result.modification_time && now && *now != *result.modification_time;
 }
 
 } // namespace

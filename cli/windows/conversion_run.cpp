@@ -3,8 +3,8 @@
 #include "cli/converting/do_job.h"
 
 // One file after another in the user's process. The limits have no meaning here.
-ending_t convert_all(const std::vector<job_t>& jobs, const options_t&, reports& reports) {
-    for (const job_t& job : jobs) {
+ending_t convert_all(const plan_t& plan, const options_t&, reports& reports) {
+    for (const job_t& job : plan.jobs) {
         const result_t result = do_job(job);
         reports.take(result);
         reports.tick();

@@ -14,9 +14,10 @@
 
 using words_t = std::vector<std::string>;
 
-// Put before a command, it lets workers meet the fates that names of files tell.
-constexpr auto preload =
-    "ASAN_OPTIONS=detect_leaks=0:handle_segv=0:verify_asan_link_order=0 LD_PRELOAD='" FATEFUL_CALLS "' ";
+// Put before a command, it lets workers meet the fates that names of files tell. A name to preload ends at a
+// blank.
+constexpr auto preload = "ASAN_OPTIONS=detect_leaks=0:handle_segv=0:verify_asan_link_order=0 "
+                         "LD_LIBRARY_PATH='" FATEFUL_CALLS_FOLDER "' LD_PRELOAD=" FATEFUL_CALLS " ";
 
 // Runs the program as a user does, from a shell, with an empty temporary folder.
 class program_fixture : public testing::Test {

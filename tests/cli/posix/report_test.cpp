@@ -62,9 +62,8 @@ TEST_F(report_test, is_a_page) {
 TEST_F(report_test, appears_when_the_run_ends) {
     fs::copy_file(SAMPLE_FILE, "in/a.cr2");
     fs::copy_file(SAMPLE_FILE, "in/b hang.cr2");
-    const std::string preload =
-        "ASAN_OPTIONS=detect_leaks=0:verify_asan_link_order=0 LD_PRELOAD='" FATEFUL_CALLS "' ";
-    EXPECT_EQ(run({"-rd", "out", "in", "-j", "1", "--report", "all.html"}, preload + "timeout -s INT 2"),
+    EXPECT_EQ(run({"-rd", "out", "in", "-j", "1", "--report", "all.html"},
+                  std::string(preload) + "timeout -s INT 2"),
               124);
     const std::string page = read_file("all.html");
     for (const char* const part : {"<p>interrupted: 1 converted", "1 left", "<b>a.cr2</b>", "</html>"})

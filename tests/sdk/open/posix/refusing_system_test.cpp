@@ -96,6 +96,7 @@ TEST_F(refusing_system, starts_no_more_threads) {
         GTEST_SKIP() << "only the superuser can become a user without other processes";
     const fs::path by_libraw = m_folder / "four_colours.crw";
     fs::copy_file(sample("../../fuzz/corpus/crw_file/four_colours.crw"), by_libraw);
+    fs::permissions(by_libraw, fs::perms::all);
     for (const auto& [raw, n_threads] : {std::pair{m_raw, rlim_t{1}}, {m_raw, 2}, {by_libraw, 1}}) {
         const pid_t child = ::fork();
         if (child == 0) {
