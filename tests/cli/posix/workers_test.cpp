@@ -217,6 +217,7 @@ TEST_F(workers_test, tidy_up_what_is_their_own) {
         {"tmp/raw-to-tiff-run-0aZ9xz/keep", fs::perms::owner_all, false},
         {"tmp/raw-to-tiff-run-2026/raw-to-tiff-workers/keep", fs::perms::owner_all, false},
         {"out/.raw-to-tiff-0123456789abcduv.part", fs::perms::all, true},
+        {"out/skipped/.raw-to-tiff-0123456789abcduv.part", fs::perms::all, true},
         {"out/.raw-to-tiff-0123456789abcduz.part", fs::perms::all, false},
         {"out/.raw-to-tiff-mine.part", fs::perms::all, false},
     };
@@ -226,7 +227,10 @@ TEST_F(workers_test, tidy_up_what_is_their_own) {
         fs::permissions(*row.file.begin() / *std::next(row.file.begin()), row.folder_rights);
     }
     fs::create_directory("out/.raw-to-tiff-0123456789abcdef.part");
-    EXPECT_EQ(run({"-rd", "out", "in"}), 0) << m_errors;
+    fs::create_directory("in/skipped");
+    add_raw_file("skipped/b.cr2");
+    write_file("out/skipped/b.tif", "");
+    EXPECT_EQ(run({"-rd", "out", "in", "--existing", "skip"}), 0) << m_errors;
     for (const auto& row : rows)
         EXPECT_NE(fs::exists(row.file), row.is_theirs) << row.file;
     EXPECT_TRUE(fs::exists("out/.raw-to-tiff-0123456789abcdef.part"));
