@@ -152,8 +152,7 @@ HWY_EXPORT(light_row);
 
 namespace {
 
-constexpr int margin = 12;         // columns beside a stripe that its pixels depend on
-constexpr int longest_vector = 64; // a step may fill a vector more than it has to
+constexpr int margin = 12; // columns beside a stripe that its pixels depend on
 
 // Where a position beyond an edge is mirrored to: the pattern of the CFA goes on. Fewer than 13 columns or
 // rows would not reach around to the margin, but LibRaw takes no picture of fewer than 22 for one.
