@@ -1,9 +1,9 @@
 #include "sdk/open/developing/libraw_picture.h"
 
-#include "sdk/open/developing/flip.h"
 #include "sdk/open/developing/light_range.h"
 #include "sdk/open/developing/srgb.h"
 #include "sdk/open/failure.h"
+#include "sdk/open/identifying/flip.h"
 #include "sdk/open/identifying/picture_size.h"
 
 #include <algorithm>
