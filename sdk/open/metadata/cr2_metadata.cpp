@@ -1,7 +1,7 @@
 #include "sdk/open/metadata/cr2_metadata.h"
 
 #include "sdk/open/little_endian.h"
-#include "sdk/open/writing/tiff_directory.h"
+#include "sdk/open/metadata/tiff_directory.h"
 
 #include <algorithm>
 #include <array>

@@ -3,10 +3,10 @@
 #include "sdk/open/decoding/mosaic_buffer.h"
 #include "sdk/open/developing/band_team.h"
 #include "sdk/open/metadata/metadata_field.h"
+#include "sdk/open/metadata/tiff_directory.h"
 #include "sdk/open/writing/band_compressor.h"
 #include "sdk/open/writing/colour_profile.h"
 #include "sdk/open/writing/pixel_layout.h"
-#include "sdk/open/writing/tiff_directory.h"
 #include "sdk/open/writing/tiff_handle.h"
 
 #include <algorithm>

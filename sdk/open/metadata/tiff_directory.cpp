@@ -1,4 +1,4 @@
-#include "sdk/open/writing/tiff_directory.h"
+#include "sdk/open/metadata/tiff_directory.h"
 
 #include "sdk/open/little_endian.h"
 
