@@ -22,8 +22,8 @@ constexpr std::size_t most_text = 200;
 // The bytes of a field's values; none where there is no such field of this type and number of bytes.
 std::span<const std::byte> bytes_of(const field_list& fields, std::uint16_t tag, TIFFDataType type,
                                     std::size_t least_size) {
-    const auto found = std::ranges::find(fields, tag, &metadata_field::tag);
-    if (found == fields.end() || found->type != type || found->bytes.size() < least_size)
+    const metadata_field* found = find_field(fields, tag);
+    if (found == nullptr || found->type != type || found->bytes.size() < least_size)
         return {};
     return found->bytes;
 }
