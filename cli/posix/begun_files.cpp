@@ -20,7 +20,7 @@ bool has_begun_name(std::string_view name) noexcept {
     return digits.find_first_not_of(begun_file_digits) == std::string_view::npos;
 }
 
-bool is_regular_file(const descriptor& file) noexcept {
+bool is_regular_file(const sdk_open::file_descriptor& file) noexcept {
     struct stat found {};
     return ::fstat(file.inq(), &found) == 0 && S_ISREG(found.st_mode);
 }
@@ -33,7 +33,7 @@ void remove_begun_files(const std::string& folder) {
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         if (!has_begun_name(entries->path().filename().string()))
             continue;
-        const descriptor abandoned = take_abandoned(entries->path().string());
+        const auto abandoned = take_abandoned(entries->path().string());
         std::error_code ignored;
         if (abandoned.is_open() && is_regular_file(abandoned))
             fs::remove(entries->path(), ignored);

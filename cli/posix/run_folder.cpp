@@ -34,7 +34,7 @@ bool has_run_name(std::string_view name) noexcept {
 }
 
 // As mkdtemp makes it.
-bool is_own_private_folder(const descriptor& file) noexcept {
+bool is_own_private_folder(const sdk_open::file_descriptor& file) noexcept {
     struct stat found {};
     return ::fstat(file.inq(), &found) == 0 && S_ISDIR(found.st_mode) && found.st_uid == ::geteuid() &&
            (found.st_mode & ACCESSPERMS) == S_IRWXU;
@@ -58,7 +58,7 @@ void remove_abandoned_runs(const std::string& folder) {
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         if (!has_run_name(entries->path().filename().string()))
             continue;
-        const descriptor abandoned = take_abandoned(entries->path().string());
+        const auto abandoned = take_abandoned(entries->path().string());
         if (abandoned.is_open() && is_own_private_folder(abandoned))
             remove_run(entries->path());
     }
@@ -78,7 +78,7 @@ run_folder::run_folder() {
         m_path = (parent + '/').append(prefix).append(placeholders);
         if (::mkdtemp(m_path.data()) == nullptr)
             throw_errno(parent);
-        m_lock = descriptor(::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        m_lock = sdk_open::file_descriptor(::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (m_lock.is_open())
             ::flock(m_lock.inq(), LOCK_EX);
     } while (!fs::exists(m_path));
