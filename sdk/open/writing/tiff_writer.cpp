@@ -1,9 +1,9 @@
 #include "sdk/open/writing/tiff_writer.h"
 
 #include "sdk/open/decoding/mosaic_buffer.h"
-#include "sdk/open/developing/band_team.h"
 #include "sdk/open/metadata/metadata_field.h"
 #include "sdk/open/metadata/tiff_directory.h"
+#include "sdk/open/worker_count.h"
 #include "sdk/open/writing/band_compressor.h"
 #include "sdk/open/writing/colour_profile.h"
 #include "sdk/open/writing/pixel_layout.h"
