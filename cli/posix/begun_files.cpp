@@ -1,7 +1,7 @@
 #include "cli/posix/begun_files.h"
 
 #include "cli/posix/abandoned.h"
-#include "platform/begun_file_name.h"
+#include "sdk/open/system/begun_file_name.h"
 
 #include <filesystem>
 #include <string_view>
@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 namespace {
 
 bool has_begun_name(std::string_view name) noexcept {
-    using namespace platform;
+    using namespace sdk_open;
     const std::size_t size = begun_file_prefix.size() + begun_file_digit_count + begun_file_ending.size();
     if (name.size() != size || !name.starts_with(begun_file_prefix) || !name.ends_with(begun_file_ending))
         return false;
