@@ -3,9 +3,9 @@
 #include <cstddef>
 #include <string_view>
 
-// A file in the making stands beside its target under a name of this form: prefix, random digits, ending.
 namespace sdk_open {
 
+// A file in the making stands beside its target under a name of this form: prefix, random digits, ending.
 inline constexpr std::string_view begun_file_prefix = ".raw-to-tiff-";
 inline constexpr std::string_view begun_file_ending = ".part";
 inline constexpr std::string_view begun_file_digits = "0123456789abcdefghijklmnopqrstuv";
