@@ -1,6 +1,7 @@
 #include "cli/posix/run_folder.h"
 
 #include "cli/posix/abandoned.h"
+#include "platform/posix/temporary_folder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -47,11 +48,6 @@ void remove_run(const fs::path& folder) {
     fs::remove(folder, ignored);
 }
 
-std::string temporary_folder() {
-    const char* const named = std::getenv("TMPDIR");
-    return named != nullptr && *named != '\0' ? named : "/tmp";
-}
-
 void remove_abandoned_runs(const std::string& folder) {
     std::error_code error;
     fs::directory_iterator entries(folder, error);
@@ -72,7 +68,7 @@ void remove_abandoned_runs(const std::string& folder) {
 
 // Another run may take the new folder for an abandoned one before it is locked: it is gone then.
 run_folder::run_folder() {
-    const std::string parent = temporary_folder();
+    const std::string parent = platform::temporary_folder();
     remove_abandoned_runs(parent);
     do {
         m_path = (parent + '/').append(prefix).append(placeholders);
