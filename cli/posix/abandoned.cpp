@@ -3,8 +3,9 @@
 #include <fcntl.h>
 #include <sys/file.h>
 
-descriptor take_abandoned(const std::string& path) noexcept {
-    descriptor file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+sdk_open::file_descriptor take_abandoned(const std::string& path) noexcept {
+    sdk_open::file_descriptor file(
+        ::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file.is_open() || ::flock(file.inq(), LOCK_EX | LOCK_NB) != 0)
         return {};
     return file;

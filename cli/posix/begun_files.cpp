@@ -1,7 +1,7 @@
 #include "cli/posix/begun_files.h"
 
 #include "cli/posix/abandoned.h"
-#include "platform/begun_file_name.h"
+#include "sdk/open/system/begun_file_name.h"
 
 #include <filesystem>
 #include <string_view>
@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 namespace {
 
 bool has_begun_name(std::string_view name) noexcept {
-    using namespace platform;
+    using namespace sdk_open;
     const std::size_t size = begun_file_prefix.size() + begun_file_digit_count + begun_file_ending.size();
     if (name.size() != size || !name.starts_with(begun_file_prefix) || !name.ends_with(begun_file_ending))
         return false;
@@ -20,7 +20,7 @@ bool has_begun_name(std::string_view name) noexcept {
     return digits.find_first_not_of(begun_file_digits) == std::string_view::npos;
 }
 
-bool is_regular_file(const descriptor& file) noexcept {
+bool is_regular_file(const sdk_open::file_descriptor& file) noexcept {
     struct stat found {};
     return ::fstat(file.inq(), &found) == 0 && S_ISREG(found.st_mode);
 }
@@ -33,7 +33,7 @@ void remove_begun_files(const std::string& folder) {
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         if (!has_begun_name(entries->path().filename().string()))
             continue;
-        const descriptor abandoned = take_abandoned(entries->path().string());
+        const auto abandoned = take_abandoned(entries->path().string());
         std::error_code ignored;
         if (abandoned.is_open() && is_regular_file(abandoned))
             fs::remove(entries->path(), ignored);

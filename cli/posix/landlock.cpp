@@ -1,6 +1,6 @@
 #include "cli/posix/landlock.h"
 
-#include "cli/posix/descriptor.h"
+#include "sdk/open/system/file_descriptor.h"
 
 #include <cstdint>
 #include <fcntl.h>
@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+
+using sdk_open::file_descriptor;
 
 namespace {
 
@@ -50,14 +52,14 @@ std::uint64_t forbidden_by(long version) noexcept {
     return rights;
 }
 
-descriptor make_ruleset(long version) noexcept {
+file_descriptor make_ruleset(long version) noexcept {
     const std::uint64_t scopes = version >= version_with_scopes ? abstract_socket_scope | signal_scope : 0;
     const ruleset_t rules{forbidden_by(version), 0, scopes};
-    return descriptor(static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeof rules, 0)));
+    return file_descriptor(static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeof rules, 0)));
 }
 
-void allow(const descriptor& ruleset, const std::string& path, std::uint64_t rights) noexcept {
-    const descriptor place(::open(path.c_str(), O_PATH | O_CLOEXEC));
+void allow(const file_descriptor& ruleset, const std::string& path, std::uint64_t rights) noexcept {
+    const file_descriptor place(::open(path.c_str(), O_PATH | O_CLOEXEC));
     struct stat found {};
     if (!place.is_open() || ::fstat(place.inq(), &found) != 0)
         return;
@@ -70,7 +72,7 @@ void allow(const descriptor& ruleset, const std::string& path, std::uint64_t rig
 
 bool landlock::restrict_process(const std::set<std::string>& read, const std::set<std::string>& written) {
     const long version = inq_version();
-    const descriptor ruleset = version > 0 ? make_ruleset(version) : descriptor();
+    const file_descriptor ruleset = version > 0 ? make_ruleset(version) : file_descriptor();
     if (!ruleset.is_open())
         return false;
     for (const std::string& path : read)

@@ -6,10 +6,13 @@
 #include <poll.h>
 #include <unistd.h>
 
+using sdk_open::file_descriptor;
+
 // A pipe that is open twice has the same room for both. One that nobody reads any more is not waited for.
 listeners::listeners(const std::string& log) noexcept
-    : m_log(log.empty() ? descriptor()
-                        : descriptor(::open(log.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC))) {}
+    : m_log(log.empty()
+                ? file_descriptor()
+                : file_descriptor(::open(log.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC))) {}
 
 bool listeners::can_be_told() const noexcept {
     std::array<pollfd, 3> streams = {

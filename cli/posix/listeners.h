@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/posix/descriptor.h"
+#include "sdk/open/system/file_descriptor.h"
 
 #include <string>
 
@@ -16,5 +16,5 @@ public:
     [[nodiscard]] bool can_be_told() const noexcept;
 
 private:
-    descriptor m_log;
+    sdk_open::file_descriptor m_log;
 };

@@ -1,6 +1,7 @@
 #include "cli/posix/run_folder.h"
 
 #include "cli/posix/abandoned.h"
+#include "platform/posix/temporary_folder.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -34,7 +35,7 @@ bool has_run_name(std::string_view name) noexcept {
 }
 
 // As mkdtemp makes it.
-bool is_own_private_folder(const descriptor& file) noexcept {
+bool is_own_private_folder(const sdk_open::file_descriptor& file) noexcept {
     struct stat found {};
     return ::fstat(file.inq(), &found) == 0 && S_ISDIR(found.st_mode) && found.st_uid == ::geteuid() &&
            (found.st_mode & ACCESSPERMS) == S_IRWXU;
@@ -47,18 +48,13 @@ void remove_run(const fs::path& folder) {
     fs::remove(folder, ignored);
 }
 
-std::string temporary_folder() {
-    const char* const named = std::getenv("TMPDIR");
-    return named != nullptr && *named != '\0' ? named : "/tmp";
-}
-
 void remove_abandoned_runs(const std::string& folder) {
     std::error_code error;
     fs::directory_iterator entries(folder, error);
     for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
         if (!has_run_name(entries->path().filename().string()))
             continue;
-        const descriptor abandoned = take_abandoned(entries->path().string());
+        const auto abandoned = take_abandoned(entries->path().string());
         if (abandoned.is_open() && is_own_private_folder(abandoned))
             remove_run(entries->path());
     }
@@ -72,13 +68,13 @@ void remove_abandoned_runs(const std::string& folder) {
 
 // Another run may take the new folder for an abandoned one before it is locked: it is gone then.
 run_folder::run_folder() {
-    const std::string parent = temporary_folder();
+    const std::string parent = platform::temporary_folder();
     remove_abandoned_runs(parent);
     do {
         m_path = (parent + '/').append(prefix).append(placeholders);
         if (::mkdtemp(m_path.data()) == nullptr)
             throw_errno(parent);
-        m_lock = descriptor(::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        m_lock = sdk_open::file_descriptor(::open(m_path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (m_lock.is_open())
             ::flock(m_lock.inq(), LOCK_EX);
     } while (!fs::exists(m_path));

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/posix/descriptor.h"
+#include "sdk/open/system/file_descriptor.h"
 
 #include <string>
 
@@ -21,5 +21,5 @@ public:
 
 private:
     std::string m_path;
-    descriptor m_lock; // marks the folder as in use
+    sdk_open::file_descriptor m_lock; // marks the folder as in use
 };

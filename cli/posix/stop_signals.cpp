@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <sys/signalfd.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace {
 
@@ -19,7 +20,7 @@ stop_signals::stop_signals() {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP})
         if (!is_ignored(signal))
             sigaddset(&signals, signal);
-    m_descriptor = descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
+    m_descriptor = sdk_open::file_descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
     if (!m_descriptor.is_open())
         throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
     ::sigprocmask(SIG_BLOCK, &signals, &m_old);

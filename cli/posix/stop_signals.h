@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/posix/descriptor.h"
+#include "sdk/open/system/file_descriptor.h"
 
 #include <csignal>
 
@@ -20,5 +20,5 @@ public:
 
 private:
     sigset_t m_old{};
-    descriptor m_descriptor;
+    sdk_open::file_descriptor m_descriptor;
 };

@@ -12,7 +12,6 @@
 #include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
@@ -39,17 +38,14 @@ worker_process::worker_process(const worker_settings_t& settings, const containm
     std::array<int, 2> ends{};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
         throw_not_started(errno);
-    m_socket = descriptor(ends[0]);
-    const descriptor its_end(ends[1]);
+    m_socket = sdk_open::file_descriptor(ends[0]);
+    const sdk_open::file_descriptor its_end(ends[1]);
     m_process = ::fork();
     if (m_process == 0)
         become_worker(settings, bounds, its_end.inq());
     if (m_process < 0)
         throw_not_started(errno);
 }
-
-worker_process::worker_process(worker_process&& other) noexcept
-    : m_process(std::exchange(other.m_process, 0)), m_socket(std::move(other.m_socket)) {}
 
 worker_process::~worker_process() {
     end();
@@ -75,6 +71,6 @@ worker_end_t worker_process::end() {
     int status = 0;
     platform::uninterrupted([&] { return ::waitpid(m_process, &status, 0); });
     m_process = 0;
-    m_socket.close();
+    static_cast<void>(m_socket.close());
     return describe_end(status);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cli/posix/descriptor.h"
 #include "cli/posix/worker.h"
 #include "cli/reporting/json_record.h"
+#include "sdk/open/system/file_descriptor.h"
 
 #include <optional>
 #include <string>
@@ -19,8 +19,8 @@ class worker_process final {
 public:
     // Throws std::system_error where the process cannot be started.
     worker_process(const worker_settings_t& settings, const containment& bounds);
-    worker_process(worker_process&& other) noexcept;
-    worker_process& operator=(worker_process&&) = delete;
+    worker_process(const worker_process&) = delete;
+    worker_process& operator=(const worker_process&) = delete;
     ~worker_process();
 
     // False where the process has ended.
@@ -40,5 +40,5 @@ public:
 
 private:
     pid_t m_process = 0; // 0: it has ended
-    descriptor m_socket;
+    sdk_open::file_descriptor m_socket;
 };

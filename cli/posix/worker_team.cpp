@@ -2,7 +2,7 @@
 
 #include "cli/posix/begun_files.h"
 #include "cli/posix/folder_of.h"
-#include "sdk/open/developing/band_team.h"
+#include "sdk/open/worker_count.h"
 
 #include <algorithm>
 #include <cerrno>

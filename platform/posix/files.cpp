@@ -1,11 +1,11 @@
 #include "platform/files.h"
 
 #include "platform/posix/native_path.h"
+#include "platform/posix/temporary_folder.h"
 #include "platform/posix/unused_name.h"
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -84,8 +84,7 @@ bool inq_can_open_exclusively(const utf16_t* path, std::uint32_t access) noexcep
 }
 
 std::basic_string<utf16_t> inq_temporary_folder() {
-    const char* named = std::getenv("TMPDIR");
-    auto folder = library_path(named != nullptr && *named != '\0' ? named : P_tmpdir);
+    auto folder = library_path(temporary_folder());
     if (folder.back() != utf16_t('\\'))
         folder += utf16_t('\\');
     return folder;

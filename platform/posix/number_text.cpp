@@ -1,15 +1,10 @@
 #include "platform/number_text.h"
 
-#include <cstdio>
 #include <cwchar>
 #include <string>
 #include <string_view>
 
 namespace platform {
-
-bool scan_double(const char* text, double& value) {
-    return std::sscanf(text, "%lf", &value) == 1;
-}
 
 bool scan_double(const utf16_t* text, double& value) {
     const std::basic_string_view<utf16_t> units(text);

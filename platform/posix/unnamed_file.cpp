@@ -1,5 +1,7 @@
 #include "platform/unnamed_file.h"
 
+#include "platform/posix/temporary_folder.h"
+
 #include <cstdlib>
 #include <fcntl.h>
 #include <string>
@@ -8,12 +10,6 @@
 
 namespace platform {
 namespace {
-
-// The C library's own function for this does not look at TMPDIR.
-std::string temporary_folder() {
-    const char* const named = std::getenv("TMPDIR");
-    return named != nullptr && *named != '\0' ? named : P_tmpdir;
-}
 
 // For file systems that cannot make a file without a name.
 int make_and_unlink(const std::string& folder) {
@@ -26,6 +22,7 @@ int make_and_unlink(const std::string& folder) {
 
 } // namespace
 
+// The C library's own function for this does not look at TMPDIR.
 std::FILE* open_unnamed_file() {
     const std::string folder = temporary_folder();
     int descriptor = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR);

@@ -1,9 +1,6 @@
 #include "sdk/open/developing/band_team.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cstdlib>
-#include <string_view>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -13,8 +10,6 @@ namespace {
 
 // Ends the work of a thread when another has a problem.
 struct stopped {};
-
-constexpr unsigned most_workers = 1024;
 
 } // namespace
 
@@ -88,16 +83,6 @@ void band_team::raise(unsigned& count, unsigned value) {
         return; // most rows that are decoded complete no band: nobody is woken for them
     count = value;
     m_changed.notify_all();
-}
-
-unsigned inq_worker_count() noexcept {
-    const char* const setting = std::getenv("RAW_TO_TIFF_THREADS");
-    const std::string_view digits = setting == nullptr ? "" : setting;
-    unsigned count = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), count);
-    if (error == std::errc() && end == digits.data() + digits.size() && count > 0)
-        return std::min(count, most_workers);
-    return std::max(std::thread::hardware_concurrency(), 1U);
 }
 
 } // namespace sdk_open

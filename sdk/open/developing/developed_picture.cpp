@@ -1,7 +1,7 @@
 #include "sdk/open/developing/developed_picture.h"
 
 #include "sdk/open/developing/band_team.h"
-#include "sdk/open/developing/flip.h"
+#include "sdk/open/identifying/flip.h"
 
 #include <algorithm>
 #include <cstddef>

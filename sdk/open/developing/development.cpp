@@ -28,18 +28,15 @@ bool is_bayer(const pattern_t& pattern) noexcept {
 }
 
 pattern_t find_pattern(const libraw_data_t& data, const mosaic_area& lit) {
-    const unsigned filters =
-        move_filters(data.idata.filters, static_cast<int>(lit.left) - data.sizes.left_margin,
-                     static_cast<int>(lit.top) - data.sizes.top_margin);
+    const unsigned filters = find_lit_filters(data, lit);
     return {filter_at(filters, 0, 0), filter_at(filters, 1, 0), filter_at(filters, 0, 1),
             filter_at(filters, 1, 1)};
 }
 
 // The factors of the colours, the least of them 1. Without the camera's own those for daylight.
 balance_t find_balance(const libraw_colordata_t& color) {
-    const bool is_as_shot = color.cam_mul[red] > 0 && color.cam_mul[blue] > 0;
     balance_t balance;
-    std::ranges::copy(is_as_shot ? color.cam_mul : color.pre_mul, balance.begin());
+    std::ranges::copy(is_balance_recorded(color) ? color.cam_mul : color.pre_mul, balance.begin());
     if (balance[green_of_red_rows] <= 0)
         balance[green_of_red_rows] = 1;
     if (balance[green_of_blue_rows] <= 0)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/open/developing/working_tone.h"
+#include "sdk/open/developing/tone_tables.h"
 #include "sdk/open/identifying/camera_frame.h"
 #include "sdk/open/identifying/raw_decoder.h"
 

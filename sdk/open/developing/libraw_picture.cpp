@@ -1,9 +1,9 @@
 #include "sdk/open/developing/libraw_picture.h"
 
-#include "sdk/open/developing/flip.h"
 #include "sdk/open/developing/light_range.h"
 #include "sdk/open/developing/srgb.h"
 #include "sdk/open/failure.h"
+#include "sdk/open/identifying/flip.h"
 #include "sdk/open/identifying/picture_size.h"
 
 #include <algorithm>
@@ -27,8 +27,7 @@ void check_size(const libraw_image_sizes_t& sizes) {
 // there is anything to demosaic, it is by the best of LibRaw's ways that do for four colours and take no
 // threads.
 void set_parameters(libraw_output_params_t& parameters, const libraw_colordata_t& color) {
-    const bool is_as_shot = color.cam_mul[0] > 0 && color.cam_mul[2] > 0;
-    parameters.use_camera_wb = is_as_shot ? 1 : 0;
+    parameters.use_camera_wb = is_balance_recorded(color) ? 1 : 0;
     parameters.adjust_maximum_thr = 0; // or pictures without highlights would become brighter
     constexpr int variable_number_of_gradients = 1;
     parameters.user_qual = variable_number_of_gradients;
@@ -39,9 +38,7 @@ void set_parameters(libraw_output_params_t& parameters, const libraw_colordata_t
 void set_levels_and_area(libraw_data_t& data, const mosaic_area& lit) {
     libraw_rawdata_t& decoded = data.rawdata;
     decoded.color = data.color;
-    decoded.iparams.filters =
-        move_filters(data.idata.filters, static_cast<int>(lit.left) - data.sizes.left_margin,
-                     static_cast<int>(lit.top) - data.sizes.top_margin);
+    decoded.iparams.filters = find_lit_filters(data, lit);
     decoded.sizes.left_margin = static_cast<std::uint16_t>(lit.left);
     decoded.sizes.top_margin = static_cast<std::uint16_t>(lit.top);
     decoded.sizes.width = static_cast<std::uint16_t>(lit.width);

@@ -16,4 +16,9 @@ unsigned light_range(const libraw_colordata_t& color) {
     return color.maximum - static_cast<unsigned>(black);
 }
 
+bool is_balance_recorded(const libraw_colordata_t& color) noexcept {
+    const auto& [red, green, blue, second_green] = color.cam_mul;
+    return red > 0 && blue > 0;
+}
+
 } // namespace sdk_open

@@ -8,4 +8,7 @@ namespace sdk_open {
 // Throws failure(damaged_picture) where the levels cannot be.
 [[nodiscard]] unsigned light_range(const libraw_colordata_t& color);
 
+// Whether the camera recorded the white balance of the shot.
+[[nodiscard]] bool is_balance_recorded(const libraw_colordata_t& color) noexcept;
+
 } // namespace sdk_open

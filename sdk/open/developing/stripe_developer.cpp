@@ -152,12 +152,11 @@ HWY_EXPORT(light_row);
 
 namespace {
 
-constexpr int margin = 12;         // columns beside a stripe that its pixels depend on
-constexpr int longest_vector = 64; // a step may fill a vector more than it has to
+constexpr int margin = 12; // columns beside a stripe that its pixels depend on
 
 // Where a position beyond an edge is mirrored to: the pattern of the CFA goes on. Fewer than 13 columns or
 // rows would not reach around to the margin, but LibRaw takes no picture of fewer than 22 for one.
-int mirrored(int position, int size) noexcept {
+int mirror(int position, int size) noexcept {
     const int reflected = std::abs(position);
     return reflected < size ? reflected : 2 * (size - 1) - reflected;
 }
@@ -216,7 +215,7 @@ void stripe_developer::place_row(int columns, std::uint16_t* pixel,
 void stripe_developer::load_row(int row, int left, int columns) {
     const mosaic_area& lit = m_shared.lit;
     const auto width = static_cast<int>(lit.width);
-    const auto source_row = static_cast<unsigned>(mirrored(row, static_cast<int>(lit.height)));
+    const auto source_row = static_cast<unsigned>(mirror(row, static_cast<int>(lit.height)));
     const row_tones source{
         m_shared.mosaic.samples.data() + std::size_t{lit.top + source_row} * m_shared.mosaic.width + lit.left,
         {m_shared.tones->inq_table(source_row % 2 * 2), m_shared.tones->inq_table(source_row % 2 * 2 + 1)}};
@@ -225,10 +224,10 @@ void stripe_developer::load_row(int row, int left, int columns) {
     const int first = std::max(-margin, -left);
     const int pairs = (std::min(columns + margin, width - left) - first) / 2;
     for (int x = -margin; x < first; ++x)
-        tones[x] = source.at(mirrored(left + x, width));
+        tones[x] = source.at(mirror(left + x, width));
     source.copy_pairs(left + first, pairs, tones + first);
     for (int x = first + 2 * pairs; x < columns + margin; ++x)
-        tones[x] = source.at(mirrored(left + x, width));
+        tones[x] = source.at(mirror(left + x, width));
 }
 
 } // namespace sdk_open

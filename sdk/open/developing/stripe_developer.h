@@ -55,12 +55,16 @@ public:
     };
 
 private:
+    static constexpr int longest_vector = 64; // floats, of 2048 bits: a step may fill one more than it has to
+
     void load_row(int row, int left, int columns);
     void place_row(int columns, std::uint16_t* pixel, std::ptrdiff_t step_right) const noexcept;
 
     const development& m_shared;
     planes_t m_planes;
-    std::array<std::array<std::uint16_t, most_columns + 64>, 3> m_light; // linear, of the row in work
+
+    // Linear, of the row in work.
+    std::array<std::array<std::uint16_t, most_columns + longest_vector>, 3> m_light;
 };
 
 } // namespace sdk_open

@@ -9,6 +9,18 @@ mosaic_area visible_area(const libraw_image_sizes_t& sizes) noexcept {
     return {sizes.left_margin, sizes.top_margin, sizes.width, sizes.height};
 }
 
+// The filters of an area whose corner lies somewhere else than the one that they are given for: columns to
+// the right and rows below it, either may be negative.
+unsigned move_filters(unsigned filters, int columns, int rows) noexcept {
+    const auto column_shift = static_cast<unsigned>(columns);
+    const auto row_shift = static_cast<unsigned>(rows);
+    unsigned moved = 0;
+    for (unsigned row = 0; row < 8; ++row)
+        for (unsigned column = 0; column < 2; ++column)
+            moved |= filter_at(filters, column + column_shift, row + row_shift) << (row * 2 + column) * 2;
+    return moved;
+}
+
 } // namespace
 
 mosaic_area find_camera_frame(const libraw_data_t& data) {
@@ -45,14 +57,9 @@ unsigned filter_at(unsigned filters, unsigned column, unsigned row) noexcept {
     return filters >> ((row % 8 * 2 + column % 2) * 2) & 3U;
 }
 
-unsigned move_filters(unsigned filters, int columns, int rows) noexcept {
-    const auto column_shift = static_cast<unsigned>(columns);
-    const auto row_shift = static_cast<unsigned>(rows);
-    unsigned moved = 0;
-    for (unsigned row = 0; row < 8; ++row)
-        for (unsigned column = 0; column < 2; ++column)
-            moved |= filter_at(filters, column + column_shift, row + row_shift) << (row * 2 + column) * 2;
-    return moved;
+unsigned find_lit_filters(const libraw_data_t& data, const mosaic_area& lit) noexcept {
+    return move_filters(data.idata.filters, static_cast<int>(lit.left) - data.sizes.left_margin,
+                        static_cast<int>(lit.top) - data.sizes.top_margin);
 }
 
 } // namespace sdk_open

@@ -33,8 +33,7 @@ struct mosaic_area {
 // each. It counts 0 for red, 2 for blue, 1 and 3 for the greens of red and of blue rows.
 [[nodiscard]] unsigned filter_at(unsigned filters, unsigned column, unsigned row) noexcept;
 
-// The colour filters, in the decoder's notation, of an area whose corner lies somewhere else than the one
-// they are given for: columns to the right and rows below it, either may be negative.
-[[nodiscard]] unsigned move_filters(unsigned filters, int columns, int rows) noexcept;
+// The colour filters of the lit area, in the decoder's notation.
+[[nodiscard]] unsigned find_lit_filters(const libraw_data_t& data, const mosaic_area& lit) noexcept;
 
 } // namespace sdk_open

@@ -13,7 +13,7 @@
 namespace sdk_open {
 namespace {
 
-constexpr std::size_t canon_entry_size = 12;
+constexpr std::size_t directory_entry_size = 12;
 constexpr std::size_t value_at = 8; // in an entry: the value itself, or where it lies
 constexpr std::size_t most_entries = 500;
 constexpr std::size_t most_pictures = 8;
@@ -72,7 +72,7 @@ public:
                 throw_damaged("the file ends early or its structure is damaged");
             look_through(first, directory_t::picture);
             walk_pointed();
-            next = number_at(first + 2 + number_at(first, 2) * canon_entry_size, 4);
+            next = number_at(first + 2 + number_at(first, 2) * directory_entry_size, 4);
         }
     }
 
@@ -114,7 +114,7 @@ private:
     // Whether there is a directory that overlaps none of those before it.
     [[nodiscard]] bool claim(std::size_t first) {
         const std::size_t count = number_at(first, 2);
-        const std::size_t size = 2 + count * canon_entry_size + 4;
+        const std::size_t size = 2 + count * directory_entry_size + 4;
         const auto overlaps = [=](const byte_range& other) {
             return first < other.end && other.first < first + size;
         };
@@ -136,8 +136,8 @@ private:
     }
 
     void look_through(std::size_t directory, directory_t kind) {
-        const std::size_t end = directory + 2 + number_at(directory, 2) * canon_entry_size;
-        for (std::size_t first = directory + 2; first < end; first += canon_entry_size) {
+        const std::size_t end = directory + 2 + number_at(directory, 2) * directory_entry_size;
+        for (std::size_t first = directory + 2; first < end; first += directory_entry_size) {
             const entry found{first, number_at(first, 2), number_at(first + 2, 2), number_at(first + 4, 4),
                               number_at(first + value_at, 4)};
             if (!is_known(kind, found.tag) || !is_sound(found, kind))
@@ -188,7 +188,7 @@ private:
     }
 
     void check_maker(const entry& found) const {
-        constexpr std::size_t value_size = canon_entry_size - value_at;
+        constexpr std::size_t value_size = directory_entry_size - value_at;
         const std::size_t text = found.count > value_size ? found.value : found.first + value_at;
         if (found.type != TIFF_ASCII || !starts_with(text, "Canon"))
             throw_no_raw_picture();

@@ -1,6 +1,7 @@
 #include "sdk/open/metadata/collected_facts.h"
 
 #include "sdk/open/identifying/camera_frame.h"
+#include "sdk/open/identifying/flip.h"
 #include "sdk/open/little_endian.h"
 
 #include <algorithm>
@@ -21,8 +22,8 @@ constexpr std::size_t most_text = 200;
 // The bytes of a field's values; none where there is no such field of this type and number of bytes.
 std::span<const std::byte> bytes_of(const field_list& fields, std::uint16_t tag, TIFFDataType type,
                                     std::size_t least_size) {
-    const auto found = std::ranges::find(fields, tag, &metadata_field::tag);
-    if (found == fields.end() || found->type != type || found->bytes.size() < least_size)
+    const metadata_field* found = find_field(fields, tag);
+    if (found == nullptr || found->type != type || found->bytes.size() < least_size)
         return {};
     return found->bytes;
 }
@@ -71,7 +72,6 @@ std::string date_time_of(const picture_metadata& metadata) {
 
 void add_geometry(picture_facts& facts, const libraw_data_t& data) {
     constexpr std::array<unsigned, 8> orientations = {1, 2, 4, 3, 5, 8, 6, 7};
-    constexpr unsigned columns_become_rows = 4;
     const auto flip = static_cast<unsigned>(data.sizes.flip) % orientations.size();
     const mosaic_area frame = find_camera_frame(data);
     facts.orientation = orientations[flip];

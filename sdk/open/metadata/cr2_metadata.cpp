@@ -1,7 +1,7 @@
 #include "sdk/open/metadata/cr2_metadata.h"
 
 #include "sdk/open/little_endian.h"
-#include "sdk/open/writing/tiff_directory.h"
+#include "sdk/open/metadata/tiff_directory.h"
 
 #include <algorithm>
 #include <array>
@@ -13,15 +13,16 @@ namespace {
 
 using field_list = std::vector<metadata_field>;
 
-const metadata_field* find_field(const field_list& fields, unsigned tag, TIFFDataType type) {
-    const auto found = std::ranges::find(fields, tag, &metadata_field::tag);
-    return found != fields.end() && found->type == type ? &*found : nullptr;
+// Null also where it is of another type.
+const metadata_field* field_of(const field_list& fields, unsigned tag, TIFFDataType type) {
+    const metadata_field* found = find_field(fields, tag);
+    return found != nullptr && found->type == type ? found : nullptr;
 }
 
 // As far as its first zero; empty where there is none.
 std::string text_of(const field_list& fields, unsigned tag) {
     std::string text;
-    if (const metadata_field* field = find_field(fields, tag, TIFF_ASCII))
+    if (const metadata_field* field = field_of(fields, tag, TIFF_ASCII))
         for (const std::byte unit : field->bytes) {
             if (unit == std::byte{0})
                 break;
@@ -40,7 +41,7 @@ bool points_into_file(const metadata_field& field) {
 
 // The fields of the directory that a field of the first one points to; none where there is no such field.
 field_list fields_below(std::span<const std::byte> bytes, const field_list& fields, unsigned tag) {
-    const metadata_field* pointer = find_field(fields, tag, TIFF_LONG);
+    const metadata_field* pointer = field_of(fields, tag, TIFF_LONG);
     if (pointer == nullptr || pointer->count != 1)
         return {};
     field_list found = read_tiff_directory(bytes, load_little_endian(pointer->bytes));

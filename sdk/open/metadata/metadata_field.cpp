@@ -2,6 +2,7 @@
 
 #include "sdk/open/little_endian.h"
 
+#include <algorithm>
 #include <tiff.h>
 
 namespace sdk_open {
@@ -19,6 +20,11 @@ metadata_field number_field(std::uint16_t tag, TIFFDataType type, std::uint32_t 
 }
 
 } // namespace
+
+const metadata_field* find_field(std::span<const metadata_field> fields, unsigned tag) noexcept {
+    const auto found = std::ranges::find(fields, tag, &metadata_field::tag);
+    return found != fields.end() ? &*found : nullptr;
+}
 
 metadata_field text_field(std::uint16_t tag, std::string_view text) {
     metadata_field field{tag, TIFF_ASCII, static_cast<std::uint32_t>(text.size() + 1), bytes_of(text)};

@@ -16,6 +16,9 @@ struct metadata_field {
     std::vector<std::byte> bytes; // of all values, each little-endian
 };
 
+// The first field with this tag; null where there is none.
+[[nodiscard]] const metadata_field* find_field(std::span<const metadata_field> fields, unsigned tag) noexcept;
+
 struct rational {
     std::uint32_t numerator;
     std::uint32_t denominator;

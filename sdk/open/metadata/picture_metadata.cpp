@@ -4,8 +4,6 @@
 #include "sdk/open/metadata/cr2_metadata.h"
 #include "sdk/open/metadata/decoder_metadata.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <tiff.h>
 #include <utility>
 
@@ -17,10 +15,6 @@ void fill_in(std::string& text, std::string&& other) {
         text = std::move(other);
 }
 
-bool has_field(const std::vector<metadata_field>& fields, std::uint16_t tag) {
-    return std::ranges::find(fields, tag, &metadata_field::tag) != fields.end();
-}
-
 // What the file says of itself comes first, what the decoder makes of it fills the gaps. Not of the times,
 // which pass through the decoder's idea of the local zone, and not of the artist, for whom it takes the
 // camera's owner.
@@ -29,7 +23,7 @@ picture_metadata completed(picture_metadata found, picture_metadata known) {
     fill_in(found.model, std::move(known.model));
     for (metadata_field& field : known.exif) {
         const bool is_time = field.tag == EXIFTAG_DATETIMEORIGINAL || field.tag == EXIFTAG_DATETIMEDIGITIZED;
-        if (!is_time && !has_field(found.exif, field.tag))
+        if (!is_time && find_field(found.exif, field.tag) == nullptr)
             found.exif.push_back(std::move(field));
     }
     return found;

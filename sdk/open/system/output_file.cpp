@@ -1,12 +1,11 @@
 #include "sdk/open/system/output_file.h"
 
-#include "platform/begun_file_name.h"
 #include "sdk/open/failure.h"
+#include "sdk/open/system/begun_file_name.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <string_view>
 #include <utility>
 
 namespace sdk_open {
@@ -20,13 +19,12 @@ std::string folder_of(const std::string& path) {
 
 // Random, so that nobody can put something of that name in the way beforehand.
 std::string random_name(int& error_number) {
-    constexpr std::string_view digits = platform::begun_file_digits;
-    std::array<std::byte, platform::begun_file_digit_count> random{};
+    std::array<std::byte, begun_file_digit_count> random{};
     error_number = system_calls::random_bytes(random) == 0 ? 0 : errno;
-    std::string name(platform::begun_file_prefix);
+    std::string name(begun_file_prefix);
     for (const std::byte value : random)
-        name += digits[std::to_integer<std::size_t>(value) % digits.size()];
-    return name.append(platform::begun_file_ending);
+        name += begun_file_digits[std::to_integer<std::size_t>(value) % begun_file_digits.size()];
+    return name.append(begun_file_ending);
 }
 
 } // namespace

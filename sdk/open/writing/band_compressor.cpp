@@ -1,7 +1,6 @@
 #include "sdk/open/writing/band_compressor.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <new>
 
 namespace sdk_open {
@@ -44,17 +43,14 @@ tiff_storage band_compressor::inq_storage() noexcept {
             self.m_lacks_memory = true;
             return -1;
         }
-        self.m_position += bytes.size();
-        self.m_size = std::max(self.m_size, self.m_position);
+        self.m_cursor.advance(bytes.size());
         return count;
     };
     const auto seek = [](thandle_t client, toff_t offset, int origin) -> toff_t {
-        auto& self = *static_cast<band_compressor*>(client);
-        const toff_t start = origin == SEEK_SET ? 0 : origin == SEEK_CUR ? self.m_position : self.m_size;
-        return self.m_position = start + offset;
+        return static_cast<band_compressor*>(client)->m_cursor.seek(offset, origin);
     };
     const auto size = [](thandle_t client) -> toff_t {
-        return static_cast<band_compressor*>(client)->m_size;
+        return static_cast<band_compressor*>(client)->m_cursor.size;
     };
     return {this, refuse_to_read, write, seek, size};
 }

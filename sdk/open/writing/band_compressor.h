@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sdk/open/writing/pixel_layout.h"
+#include "sdk/open/writing/tiff_cursor.h"
 #include "sdk/open/writing/tiff_handle.h"
 
 #include <cstddef>
@@ -33,8 +34,7 @@ private:
     pixel_layout m_layout;
     std::vector<std::byte> m_bytes;
     std::vector<std::size_t> m_ends; // of the strips in them
-    std::uint64_t m_position = 0;    // in the file, and its size, as libtiff sees it
-    std::uint64_t m_size = 0;
+    tiff_cursor m_cursor;            // in the file, as libtiff sees it
     bool m_lacks_memory = false;
     tiff_handle m_tiff;
 };

@@ -1,20 +1,19 @@
 #include "sdk/open/writing/tiff_writer.h"
 
 #include "sdk/open/decoding/mosaic_buffer.h"
-#include "sdk/open/developing/band_team.h"
 #include "sdk/open/metadata/metadata_field.h"
+#include "sdk/open/metadata/tiff_directory.h"
+#include "sdk/open/worker_count.h"
 #include "sdk/open/writing/band_compressor.h"
 #include "sdk/open/writing/colour_profile.h"
+#include "sdk/open/writing/file_sink.h"
 #include "sdk/open/writing/pixel_layout.h"
-#include "sdk/open/writing/tiff_directory.h"
 #include "sdk/open/writing/tiff_handle.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <deque>
-#include <exception>
 #include <new>
 #include <span>
 #include <string>
@@ -22,61 +21,6 @@
 
 namespace sdk_open {
 namespace {
-
-// The output file as libtiff writes it. No exception may pass through libtiff: the first one waits here.
-class file_sink final {
-public:
-    explicit file_sink(output_file& file) noexcept : m_file(file) {}
-
-    [[nodiscard]] tiff_storage inq_storage() noexcept { return {this, refuse_to_read, write, seek, size}; }
-
-    [[nodiscard]] std::uint64_t inq_size() const noexcept { return m_size; }
-
-    // Writes at the file's end, past libtiff.
-    void append(std::span<const std::byte> bytes) {
-        m_file.write_at(m_size, bytes);
-        m_size += bytes.size();
-    }
-
-    void rethrow() const {
-        if (m_failure)
-            std::rethrow_exception(m_failure);
-    }
-
-private:
-    static tmsize_t refuse_to_read(thandle_t, void*, tmsize_t) { return -1; }
-
-    static tmsize_t write(thandle_t client, void* source, tmsize_t count) {
-        if (source == nullptr) // libtiff found no memory for what it was to write
-            return -1;
-        auto& self = *static_cast<file_sink*>(client);
-        try {
-            const auto length = static_cast<std::size_t>(count);
-            self.m_file.write_at(self.m_position, {static_cast<const std::byte*>(source), length});
-            self.m_position += length;
-            self.m_size = std::max(self.m_size, self.m_position);
-            return count;
-        } catch (...) {
-            if (!self.m_failure)
-                self.m_failure = std::current_exception();
-            return -1;
-        }
-    }
-
-    static toff_t seek(thandle_t client, toff_t offset, int origin) {
-        auto& self = *static_cast<file_sink*>(client);
-        const toff_t start = origin == SEEK_SET ? 0 : origin == SEEK_CUR ? self.m_position : self.m_size;
-        self.m_position = start + offset;
-        return self.m_position;
-    }
-
-    static toff_t size(thandle_t client) { return static_cast<file_sink*>(client)->m_size; }
-
-    output_file& m_file;
-    std::uint64_t m_position = 0;
-    std::uint64_t m_size = 0;
-    std::exception_ptr m_failure;
-};
 
 // The largest picture and two full directories of fields leave room within the 4 GiB that the classic form of
 // a TIFF can address, which is the one that every program reads: "wl" needs no BigTIFF. That holds for noise

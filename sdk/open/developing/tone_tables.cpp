@@ -1,4 +1,4 @@
-#include "sdk/open/developing/working_tone.h"
+#include "sdk/open/developing/tone_tables.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "sdk/open/writing/tiff_directory.h"
+#include "sdk/open/metadata/tiff_directory.h"
 
 #include "sdk/open/little_endian.h"
 
@@ -52,10 +52,6 @@ std::optional<metadata_field> read_entry(std::span<const std::byte> file, std::s
     return metadata_field{tag, type, count, {value.begin(), value.end()}};
 }
 
-bool has_tag(const std::vector<metadata_field>& fields, std::uint16_t tag) {
-    return std::ranges::find(fields, tag, &metadata_field::tag) != fields.end();
-}
-
 void pad_to(std::vector<std::byte>& bytes, std::size_t multiple) {
     while (bytes.size() % multiple != 0)
         bytes.push_back(std::byte{0});
@@ -68,7 +64,7 @@ std::vector<metadata_field> read_tiff_directory(std::span<const std::byte> file,
     std::size_t size = 0;
     for (auto left = entries_of(file, position); !left.empty(); left = left.subspan(entry_size)) {
         auto field = read_entry(file, left.first(entry_size));
-        if (!field || has_tag(fields, field->tag) || field->bytes.size() > most_bytes - size)
+        if (!field || find_field(fields, field->tag) != nullptr || field->bytes.size() > most_bytes - size)
             continue;
         size += field->bytes.size();
         fields.push_back(std::move(*field));
