@@ -5,6 +5,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 
 // A line of JSON for each file and one for the sum, on standard output or at the end of a file. A line is
 // written before anything else happens, so that a killed run leaves a log of all that it finished.

@@ -4,8 +4,13 @@
 #include "fuzz/fuzz_target.h"
 #include "tests/support/scratch_folder.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 struct __EdsObject { // NOLINT(bugprone-reserved-identifier): see conversion/edsdk.h
     bool is_image;

@@ -4,13 +4,11 @@
 #include "platform/windows/system_error.h"
 
 #include <cerrno>
-#include <cstddef>
 #include <cwchar>
 #include <direct.h>
 #include <io.h>
 #include <optional>
 #include <sys/stat.h>
-#include <utility>
 #include <windows.h>
 
 namespace platform {

@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
-#include <span>
 #include <thread>
 #include <vector>
 
