@@ -163,7 +163,7 @@ inline void find_green(const green_input& in, const direction_weights& weights, 
         const tones_t scale = hn::Div(
             all(1.0F), hn::Add(hn::Add(left_weight, right_weight), hn::Add(above_weight, below_weight)));
 
-        // Weights of 4, 4, 3, 2 and 1 for the middle sample and those after it.
+        // Weights of 4, 4, 3, 2 and 1 for the middle sample and those behind it.
         const auto line = [](auto sample) {
             tones_t run = hn::Add(sample(0), sample(1));
             tones_t sum = run;

@@ -34,7 +34,7 @@ struct mosaic_area {
 [[nodiscard]] unsigned filter_at(unsigned filters, unsigned column, unsigned row) noexcept;
 
 // The colour filters, in the decoder's notation, of an area whose corner lies somewhere else than the one
-// they are given for: columns to the right and rows below it; either may be negative.
+// they are given for: columns to the right and rows below it, either may be negative.
 [[nodiscard]] unsigned move_filters(unsigned filters, int columns, int rows) noexcept;
 
 } // namespace sdk_open
