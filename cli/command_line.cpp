@@ -94,12 +94,12 @@ void describe_workers(CLI::App& program, options_t& options) {
     limits.workers = std::clamp(std::thread::hardware_concurrency(), 1U, most_workers);
     program.add_option("-j,--jobs", limits.workers, "worker processes; one for each core unless given")
         ->check(CLI::Range(1U, most_workers));
-    program.add_option("--timeout", limits.seconds, "give a file up after so many seconds")
+    program.add_option("--timeout", limits.seconds, "give up on a file after this many seconds")
         ->check(argument_checks::duration)
         ->type_name("SECONDS");
     program
         .add_option("--memory-limit", limits.memory_bytes,
-                    "let a file fail that takes more address space, for example 2GB")
+                    "fail a file that takes more address space than this, for example 2GB")
         ->transform(CLI::AsSizeValue(false))
         ->check(argument_checks::size)
         ->type_name("SIZE");
@@ -119,7 +119,7 @@ void describe_screen(CLI::App& program, options_t& options) {
 
 void describe_records(CLI::App& program, options_t& options) {
     program.add_flag("--json", options.has_json,
-                     "write a JSON object for each file on standard output, and one for the sum");
+                     "write a JSON object for each file on standard output, and one for the totals");
     program.add_option("--log", options.log, "append the same lines to a file")
         ->check(argument_checks::not_empty)
         ->check(argument_checks::no_raw_name);
@@ -129,8 +129,8 @@ void describe_records(CLI::App& program, options_t& options) {
     program
         .add_option(
             "--resume", options.resume,
-            "do what an earlier run with this log has left, and go on with the log; failures that may pass "
-            "are tried again")
+            "do what an earlier run with this log left undone, and go on with the log; failures that may "
+            "pass are tried again")
         ->check(argument_checks::not_empty)
         ->check(argument_checks::no_raw_name)
         ->check(argument_checks::regular_file);

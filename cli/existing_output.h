@@ -4,7 +4,7 @@
 
 #include <optional>
 
-// Whether there is a file that may be the TIFF, maybe behind a link. Where there is anything else, the
+// Whether there is a file that may be the TIFF, perhaps through a link. Where there is anything else, the
 // conversion says what is wrong.
 [[nodiscard]] bool has_output(const job_t& job);
 

@@ -9,7 +9,7 @@
 
 enum class verbosity_t { quiet, normal, verbose };
 
-// Which process converts, and what it may use.
+// How many processes convert, and what each may use.
 struct limits_t {
     unsigned workers = 1;
     double seconds = 0;             // for a file; 0: no limit
@@ -35,7 +35,7 @@ struct options_t {
     std::string report; // an HTML page; empty: none
     std::string resume; // the log of an earlier run; empty: none
 
-    // The log to write: one that is gone on with unless there is another for this run. Empty: none.
+    // The log to write: this run's own, else the one that it goes on with. Empty: none.
     [[nodiscard]] const std::string& inq_log() const noexcept { return log.empty() ? resume : log; }
 
     // One raw file is named and nothing that could stand for many: the answer is the library's code.

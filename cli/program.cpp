@@ -13,9 +13,13 @@
 
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -77,7 +81,7 @@ void add_sinks(reports& reports, const options_t& options) {
         reports.add(std::make_unique<html_report>(options.report));
 }
 
-// What cannot be told on, or done at all, ends the run; those who can still be told learn of it.
+// What cannot be reported, or done at all, ends the run; the reports that still work learn of it.
 ending_t carry_out(const plan_t& plan, const options_t& options, reports& reports) {
     try {
         for (const result_t& result : plan.settled)

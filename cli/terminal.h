@@ -1,6 +1,6 @@
 #pragma once
 
-// The terminal that standard error is, and maybe standard output.
+// The terminal that standard error is, and perhaps standard output, too.
 namespace terminal {
 
 // In columns; 0 where standard error is no terminal, or one that only takes text.

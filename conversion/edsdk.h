@@ -49,7 +49,7 @@ extern "C" {
 // Comes before every other call of a conversion.
 stdcall_function_t<eds_error_t> EdsInitializeSDK;
 
-// Ends a conversion, also one whose EdsInitializeSDK failed. All handles have been released by then.
+// Ends a conversion, even one whose EdsInitializeSDK failed. All handles have been released by then.
 stdcall_function_t<eds_error_t> EdsTerminateSDK;
 
 // Opens the file at a zero-terminated UTF-8 path whose separators are backslashes; answers
@@ -72,7 +72,7 @@ stdcall_function_t<eds_error_t, __EdsObject*> EdsRelease;
 // Why the conversion failed: the reason of the first function that failed since EdsInitializeSDK, as one
 // line of UTF-8 text without a line end, for example "the pixel data end early". It names no input file, but
 // it names the output file where that is to blame. Empty when nothing failed. Stays valid until the next
-// EdsInitializeSDK, so also after EdsTerminateSDK. Not one of the SDK's functions: whoever answers those
+// EdsInitializeSDK, so even after EdsTerminateSDK. Not one of the SDK's functions: whoever answers those
 // answers this one too.
 [[nodiscard]] std::string_view inq_sdk_failure_reason() noexcept;
 

@@ -2,7 +2,7 @@
 
 #include "conversion/edsdk.h"
 
-// The time between EdsInitializeSDK and EdsTerminateSDK, which is called also when the start failed.
+// The time between EdsInitializeSDK and EdsTerminateSDK, which is called even when the start failed.
 class sdk_session final {
 public:
     sdk_session() noexcept : m_error(EdsInitializeSDK()) {}

@@ -18,7 +18,7 @@ inline void require(bool condition, const char* what) {
     std::abort();
 }
 
-// Takes an input apart. Behind its end there are zeros.
+// Takes an input apart. Beyond its end there are zeros.
 class fuzz_input final {
 public:
     fuzz_input(const unsigned char* data, std::size_t size) noexcept

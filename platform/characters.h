@@ -12,7 +12,7 @@ namespace platform {
 // A letter or a digit.
 [[nodiscard]] bool is_alnum(char c) noexcept;
 
-// No character that is shown, but one that steers: a line end, an escape, a zero.
+// A control character: a line end, an escape, a zero.
 [[nodiscard]] bool is_control(char c) noexcept;
 
 [[nodiscard]] char to_upper(char c) noexcept;

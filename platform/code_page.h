@@ -5,8 +5,8 @@
 #include <span>
 
 // Conversion between UTF-16 and UTF-8. Malformed input never fails: each lone surrogate, and each longest
-// piece of bytes that begins a sequence without completing it, becomes U+FFFD. For sequences that no UTF-8
-// has (overlong ones, surrogates, values above U+10FFFF) it is up to the system how many.
+// piece of bytes that begins a sequence without completing it, becomes U+FFFD. How many U+FFFD stand for a
+// sequence that is not valid UTF-8 at all (overlong, a surrogate, above U+10FFFF) is up to the system.
 namespace platform {
 
 // Writes the UTF-8 form of a zero-terminated text, terminator included, and answers the number of bytes

@@ -8,11 +8,12 @@ namespace platform {
 // any other, instead of ending the process.
 void let_writes_fail() noexcept;
 
-// How a child process ended can be learned, also where this one was started to ignore such news: then the
-// system forgets it.
+// Lets the end of a child process be learned even where this one was started with SIGCHLD ignored: the system
+// would otherwise forget it.
 void let_children_be_awaited() noexcept;
 
-// Where the process was started with a standard stream closed, whatever it opens next would take that place.
+// Opens those of the standard streams that the process was started without: the next file that it opens would
+// otherwise take their place.
 void open_standard_streams() noexcept;
 
 } // namespace platform

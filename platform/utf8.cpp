@@ -3,7 +3,7 @@
 namespace platform {
 namespace {
 
-// What a lead byte announces. The range of the byte behind it excludes overlong forms, surrogates and values
+// What a lead byte announces. The range of the byte after it excludes overlong forms, surrogates and values
 // above U+10FFFF (The Unicode Standard, table 3-7).
 struct sequence_t {
     int n_continuations;

@@ -46,8 +46,8 @@ public:
     [[nodiscard]] bool rename_to(const ZFileLocation& target);
 
     // The same, deleting an existing target first when overwrite is true, unless that is this very file.
-    // True, or throws ZFileException (fileerr_rename), which leaves the location as it was but a deleted
-    // target deleted.
+    // True, or throws ZFileException (fileerr_rename): the location stays as it was, and a deleted target
+    // stays deleted.
     bool move_to(const ZFileLocation& target, bool overwrite);
 
     // Copies the bytes to the target, which is deleted before the file is opened; a target that may not be

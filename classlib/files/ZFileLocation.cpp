@@ -62,7 +62,7 @@ void ZFileLocation::set_path(const ZUString& path) {
     }
 }
 
-// Sets the volume that the text begins with, and answers the position behind it.
+// Sets the volume that the text begins with, and answers the position after it.
 int ZFileLocation::take_volume(const ZUString& path) {
     if (path.inq_char(1) == colon) {
         set_drive_letter(path.inq_char(0));
@@ -167,7 +167,7 @@ ZUString ZFileLocation::inq_volume_prefix() const {
     return needs_separator ? m_volume + separator : m_volume;
 }
 
-// The position behind the innermost folder's name; below 1 when there is no such name.
+// The position after the innermost folder's name; below 1 when there is no such name.
 int ZFileLocation::inq_innermost_end() const noexcept {
     const int length = m_folder.length();
     return m_folder.inq_char(length - 1) == separator ? length - 1 : length;

@@ -31,7 +31,7 @@ public:
     void set_folder(const ZUString& folder);
     void set_name(const ZUString& name);
 
-    // Replaces what stands behind the last "." of the name, or adds it. The extension may be given with or
+    // Replaces what stands after the last "." of the name, or adds it. The extension may be given with or
     // without its "."; an empty one is removed, with its ".".
     void set_extension(const ZUString& extension);
     void remove_extension();

@@ -13,8 +13,8 @@ class ZWStream;
 // initialised.
 //
 // The operations that answer a bool answer false when memory runs out, and keep what the buffer held; those
-// that answer something else, and the constructors, throw std::bad_alloc then and keep it as well. Counts
-// that are negative are taken as 0; sizes that an int does not hold are memory that there is none of.
+// that answer something else, and the constructors, throw std::bad_alloc then and keep it as well. Negative
+// counts are taken as 0; a size that an int does not hold counts as a lack of memory.
 class ZData final {
 public:
     ZData() noexcept = default;
@@ -71,7 +71,7 @@ public:
     // Makes room for at least extra bytes more: doubles the block, and adds no less than 256 bytes.
     [[nodiscard]] bool grow(int extra);
 
-    // Counts n bytes that the caller wrote behind those in use; more than are allocated is a misuse, changes
+    // Counts n bytes that the caller wrote after those in use; more than are allocated is a misuse, changes
     // nothing and answers false.
     [[nodiscard]] bool commit(int n);
 

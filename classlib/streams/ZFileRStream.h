@@ -5,8 +5,8 @@
 #include "classlib/streams/ZRStream.h"
 #include "platform/file_handle.h"
 
-// Reads from a file, in blocks of 64 KiB. A file that cannot be opened, or not be read on, sets
-// rstreamerr_read_failed, with the cause in errno.
+// Reads from a file, in blocks of 64 KiB. A file that cannot be opened or read sets rstreamerr_read_failed,
+// with the cause in errno.
 class ZFileRStream final : public ZRStream {
 public:
     explicit ZFileRStream(const ZFileLocation& location);

@@ -7,8 +7,8 @@
 
 // Writes a new file, which only its owner may read; a file that exists is never touched. What is written is
 // collected in a buffer of 64 KiB. A failure sticks, with its cause in errno: from then on nothing is taken,
-// and only close() tells whether everything reached the file. A stream that is destroyed without it leaves
-// out what it still holds.
+// and only close() tells whether everything reached the file. A stream that is destroyed without it drops
+// what it still holds.
 class ZFileWStream final : public ZWStream {
 public:
     explicit ZFileWStream(const ZFileLocation& location);

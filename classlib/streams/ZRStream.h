@@ -162,7 +162,7 @@ public:
     // At most 100 of the characters 0-9 + - E e . as the C runtime's atof understands them.
     double read_real();
 
-    // A run of ASCII letters, digits, "_" and blanks. Answers the character behind it, not consumed, or -1.
+    // A run of ASCII letters, digits, "_" and blanks. Answers the character after it, not consumed, or -1.
     int read_name(ZString& out);
 
     // Everything up to one of the stop characters, which is answered, not consumed; -1 at the end. A

@@ -349,7 +349,7 @@ bool ZRStream::collect_line(ZString& out) {
     return true;
 }
 
-// Moves the cursor behind a line feed, or behind the block when that has none.
+// Moves the cursor past a line feed, or past the block when that has none.
 void ZRStream::consume_line(const unsigned char* first, const unsigned char* line_feed,
                             const unsigned char* last) {
     consume(static_cast<int>(line_feed - first));

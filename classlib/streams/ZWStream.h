@@ -43,7 +43,7 @@ public:
     // What fills an item up to its width; stays until changed.
     void set_fill(char fill) noexcept { m_fill = fill; }
 
-    // Digits of a floating-point number: behind the point, or all of them in the exponent form, which has at
+    // Digits of a floating-point number: after the point, or all of them in the exponent form, which has at
     // least one. Below 0 is 0.
     void set_precision(int precision) noexcept { m_precision = precision > 0 ? precision : 0; }
 
@@ -70,7 +70,7 @@ public:
 
     // Correctly rounded, whatever the platform and its locale. 1234.5 is "1234.500000" or, in the exponent
     // form, "1.23450e003"; 0.000123 is "1.23000e-004". The point is always written. Negative zero keeps its
-    // sign; what is no number is "inf", "-inf" or "nan". A number that could take more than 512 bytes is
+    // sign; what is not finite is "inf", "-inf" or "nan". A number that could take more than 512 bytes is
     // reported as a warning and not written.
     ZWStream& operator<<(double v);
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-// Where the decimal point stands among the significant digits of a fixed-point number: behind that many of
+// Where the decimal point stands among the significant digits of a fixed-point number: after that many of
 // them, or, when it is not positive, before that many zeros. 12.5 gives 2, 0.05 gives -1.
 int point_position_of(std::string_view fixed) noexcept {
     fixed.remove_prefix(fixed.starts_with('-') ? 1 : 0);

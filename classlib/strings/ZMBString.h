@@ -10,8 +10,8 @@ class ZMBString final : public ZString {
 public:
     ZMBString(const ZUString& text);
 
-// The compilers would have us know that they never choose this operator by themselves, since a ZMBString is a
-// ZString already. It is here for those who name it.
+// Compilers warn that they never choose this operator by themselves, since a ZMBString is a ZString already.
+// It is here for those who name it.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wclass-conversion"
     operator const ZString&() const noexcept {

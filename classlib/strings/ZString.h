@@ -16,7 +16,7 @@ class ZRStream;
 // to a zero-terminated array; empty texts, null arguments, counts and failures are as described there, and so
 // are the operations that both classes have. The text ends at its first zero byte.
 //
-// The formatting state of the stream is never copied: a new string, also a copy, starts with the defaults,
+// The formatting state of the stream is never copied: a new string, even a copy, starts with the defaults,
 // and assignment keeps the target's own.
 class ZString : public ZWStream {
 public:

@@ -8,7 +8,7 @@
 namespace {
 
 // The first count units of a text; all of them when count is negative or beyond its end. Reads no unit
-// behind the ones it answers: the text need not be terminated there.
+// beyond the ones it answers: the text need not be terminated there.
 template <typename Unit>
 std::basic_string_view<Unit> first_units(const Unit* text, int count) noexcept {
     if (text == nullptr)

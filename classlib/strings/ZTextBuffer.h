@@ -108,8 +108,7 @@ private:
 
     explicit ZTextBuffer(array_t units) noexcept : m_units(std::move(units)) {}
 
-    // A terminated array for a text of this length. One that an int does not hold is memory that there is
-    // none of.
+    // A terminated array for a text of this length. One that an int does not hold counts as a lack of memory.
     [[nodiscard]] static array_t allocate(std::size_t length) {
         if (length >= std::size_t{std::numeric_limits<int>::max()})
             throw std::bad_array_new_length();

@@ -47,7 +47,7 @@ public:
     // The unit at an index; 0 outside the text.
     [[nodiscard]] utf16_t inq_char(int index) const noexcept { return m_text.inq_char(index); }
 
-    // -1, 0 or 1 as the text sorts before, with or behind the other, unit by unit. Without case the units are
+    // -1, 0 or 1 as the text sorts before, with or after the other, unit by unit. Without case the units are
     // compared as the C runtime's lower case.
     [[nodiscard]] int compare(const ZUString& other) const noexcept { return m_text.compare(other.m_text); }
     [[nodiscard]] int compare_no_case(const ZUString& other) const noexcept {
@@ -62,7 +62,7 @@ public:
     [[nodiscard]] bool operator<(const ZUString& other) const noexcept { return compare(other) < 0; }
     [[nodiscard]] bool operator>(const ZUString& other) const noexcept { return compare(other) > 0; }
 
-    // The first position from start on, -1 when there is none or start lies behind the text. A start below 0
+    // The first position from start on, -1 when there is none or start lies beyond the text. A start below 0
     // is 0. An empty text is found at start.
     [[nodiscard]] int find(utf16_t c, int start) const noexcept { return m_text.find(c, start); }
     [[nodiscard]] int find(const utf16_t* text, int start) const noexcept { return m_text.find(text, start); }
@@ -71,7 +71,7 @@ public:
     [[nodiscard]] int find_last(utf16_t c) const noexcept { return m_text.find_last(c); }
 
     // The count units from start. A negative start counts from the end, and what it then lacks to 0 is taken
-    // off the count; what lies behind the text is left out. Of "filename", (-4, 2) is "na" and (-10, 4) is
+    // off the count; what lies beyond the text is left out. Of "filename", (-4, 2) is "na" and (-10, 4) is
     // "fi".
     [[nodiscard]] ZUString sub_string(int start, int count) const { return ZUString(*this, start, count); }
 
@@ -112,10 +112,10 @@ public:
 
     void strip_cr() { m_text.strip_cr(); }
 
-    // Puts a carriage return before every line feed, also where one stands already.
+    // Puts a carriage return before every line feed, even where one already stands.
     void lf_to_crlf() { m_text.lf_to_crlf(); }
 
-    // The number at the beginning of the text, behind white space; what follows it is ignored. A
+    // The number at the beginning of the text, after white space; what follows it is ignored. A
     // floating-point number is what the C runtime's "%lf" reads. An integer has an optional "-" and a prefix
     // 0x, 0X, 0b or 0B; its base, 2, 10 or 16, is stored where base is not null. False, and the value
     // unchanged, when there is no number or it does not fit; beyond 64 bits integers wrap.

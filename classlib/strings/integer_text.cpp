@@ -18,7 +18,7 @@ constexpr unsigned digit_value(Unit c) noexcept {
     return 16;
 }
 
-// The base that a prefix announces, or 10; moves behind the prefix.
+// The base that a prefix announces, or 10; moves past the prefix.
 template <typename Unit>
 constexpr unsigned take_base(const Unit*& text) noexcept {
     if (text[0] != Unit('0'))

@@ -33,8 +33,8 @@ public:
     // Throws ZKVDException unless the entry has the type and, unless n_elements is 0, that many elements.
     void check_type(kvtype_t type, int n_elements) const;
 
-    // Check the type, with the number of elements, and answer the entry itself. An entry of kvtype_string
-    // that is no ZKVString is answered with std::bad_cast.
+    // Check the type, with the number of elements, and answer the entry itself. Throws std::bad_cast for an
+    // entry of kvtype_string that is no ZKVString.
     [[nodiscard]] const ZKV& as_integer(int n_elements) const { return checked(kvtype_integer, n_elements); }
     [[nodiscard]] const ZKV& as_float(int n_elements) const { return checked(kvtype_float, n_elements); }
     [[nodiscard]] const ZKVString& as_string(int n_elements) const;

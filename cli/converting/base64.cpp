@@ -1,6 +1,7 @@
 #include "cli/converting/base64.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 

@@ -2,5 +2,5 @@
 
 #include "cli/result.h"
 
-// Does a job in this process, and takes the time. One call at a time.
+// Does a job in this process, and times it. One call at a time.
 [[nodiscard]] result_t do_job(const job_t& job);

@@ -2,6 +2,8 @@
 
 #include "cli/result.h"
 
+#include <string>
+
 class ZFileLocation;
 
 // Says in a result why the library failed with this code over a raw file.

@@ -9,12 +9,12 @@
 
 using folder_identity_t = std::pair<std::uint64_t, std::uint64_t>; // device and number
 
-// Tells whether two names are one file, also where mounts or letter case give a folder several, without
+// Tells whether two names are one file, even where mounts or letter case give a folder several names, without
 // asking the system twice about a folder.
 class name_resolver final {
 public:
-    // The same for all names of a file. The last component stays as it is, also where it is a link: two links
-    // are two files to convert. Throws std::runtime_error where the working folder is gone that it begins in.
+    // The same for all names of a file. The last component stays as it is, even where it is a link: two links
+    // are two files to convert. Throws std::runtime_error where the working folder that it begins in is gone.
     [[nodiscard]] std::string resolve(const std::string& name);
 
 private:

@@ -10,7 +10,7 @@
 struct plan_t {
     std::vector<job_t> jobs;
     std::vector<result_t> settled;      // what needs no conversion, and what cannot have one
-    std::vector<std::string> conflicts; // one line for a file that is to be two: nothing may be done then
+    std::vector<std::string> conflicts; // a line for each file with two roles: nothing may be done then
 };
 
 // Finds the raw files and decides where their TIFFs go, if any are to be made. Throws std::system_error where

@@ -6,5 +6,5 @@
 #include <vector>
 
 // Removes the second of two jobs that are the same, however their names are spelled. Answers a line for each
-// two inputs that would write one output.
+// pair of inputs that would write one output.
 [[nodiscard]] std::vector<std::string> remove_doubles(std::vector<job_t>& jobs);

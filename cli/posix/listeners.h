@@ -11,8 +11,8 @@ public:
     // The log is there, or empty where there is none.
     explicit listeners(const std::string& log) noexcept;
 
-    // Whether each of them takes some lines more at once. A program that waited for one in a write would not
-    // hear that it is to stop.
+    // Whether each of them can take some more lines at once. A program that waited for one in a write would
+    // not hear that it is to stop.
     [[nodiscard]] bool can_be_told() const noexcept;
 
 private:

@@ -2,6 +2,7 @@
 
 #include "platform/posix/uninterrupted.h"
 
+#include <cstddef>
 #include <sys/socket.h>
 
 namespace {

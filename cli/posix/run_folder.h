@@ -5,7 +5,7 @@
 #include <string>
 
 // The temporary folder of a run, with a folder in it for each worker: two conversions that start in the same
-// moment would choose the same temporary name. Removes what earlier runs left behind that were killed.
+// moment would choose the same temporary name. Removes what earlier runs that were killed left behind.
 class run_folder final {
 public:
     // Throws std::system_error.

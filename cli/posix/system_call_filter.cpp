@@ -1,6 +1,7 @@
 #include "cli/posix/system_call_filter.h"
 
 #include <cerrno>
+#include <cstdint>
 #include <fcntl.h>
 #include <initializer_list>
 #include <memory>

@@ -17,6 +17,6 @@ inline constexpr auto ready_message = "ready: ";
 inline constexpr int worker_out_of_memory = 4;
 
 // Makes a process that was just forked a worker. It says that it is ready, and then answers each job that
-// comes through the socket with its result, until the program hangs up or is no more.
+// comes through the socket with its result, until the program hangs up or is gone.
 [[noreturn]] void become_worker(const worker_settings_t& settings, const containment& bounds,
                                 int socket) noexcept;

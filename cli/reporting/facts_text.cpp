@@ -3,7 +3,6 @@
 #include "cli/reporting/number_text.h"
 
 #include <array>
-#include <cmath>
 
 using sdk_open::picture_facts;
 

@@ -15,7 +15,7 @@
 // memory.
 class html_report final : public result_sink {
 public:
-    // Throws std::runtime_error where the page cannot be written there, another file than an earlier page
+    // Throws std::runtime_error where the page cannot be written there, a file other than an earlier page
     // would be replaced, or rows cannot be kept.
     explicit html_report(const std::string& path);
 

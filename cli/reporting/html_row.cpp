@@ -5,6 +5,8 @@
 #include "cli/reporting/number_text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 
 namespace {

@@ -5,8 +5,9 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <utility>
 
-// A line of JSON for each file and one for the sum, on standard output or at the end of a file. A line is
+// A line of JSON for each file and one for the totals, on standard output or at the end of a file. A line is
 // written before anything else happens, so that a killed run leaves a log of all that it finished.
 class json_report final : public result_sink {
 public:
@@ -16,7 +17,7 @@ public:
 
     [[nodiscard]] static std::unique_ptr<result_sink> on_standard_output();
 
-    // Throws std::runtime_error where the file cannot be opened, or holds something else than a log.
+    // Throws std::runtime_error where the file cannot be opened, or holds something other than a log.
     [[nodiscard]] static std::unique_ptr<result_sink> in_file(const std::string& path);
 
     void take(const result_t& result, const tally& so_far) override;

@@ -3,8 +3,10 @@
 #include "cli/reporting/result_sink.h"
 #include "cli/reporting/tally.h"
 
+#include <cstddef>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // Counts the results of a run and hands them to all who want them.

@@ -13,7 +13,7 @@ enum class ending_t {
     stopped,     // by the system: a full disk, no processes
 };
 
-// Takes in what happens in a run. Throws std::runtime_error where it cannot tell it on.
+// Takes in what happens in a run. Throws std::runtime_error where it cannot pass it on.
 class result_sink {
 public:
     result_sink() = default;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -26,7 +27,7 @@ public:
     // Text in a colour, where colours are wanted.
     [[nodiscard]] std::string in_red(std::string_view text) const;
 
-    // A bar of so many columns, of which some stand for what is done: colours, or else characters.
+    // A bar of this many columns, of which some stand for what is done: colours, or else characters.
     [[nodiscard]] std::string bar(std::size_t done, std::size_t columns) const;
 
 private:

@@ -4,8 +4,13 @@
 #include "fuzz/fuzz_target.h"
 #include "tests/support/scratch_folder.h"
 
+#include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 struct __EdsObject { // NOLINT(bugprone-reserved-identifier): see conversion/edsdk.h
     bool is_image;
@@ -81,7 +86,7 @@ eds_error_t EdsTerminateSDK() {
 eds_error_t EdsCreateFileStream(const char* path, eds_disposition_t, eds_access_t, __EdsObject** stream) {
     std::string file(path);
     std::ranges::replace(file, '\\', '/');
-    require(!file.ends_with(".tiff") || read_file(file) == raw_bytes, "the copy is none");
+    require(!file.ends_with(".tiff") || read_file(file) == raw_bytes, "the copy differs from the raw file");
     return the_sdk.answer(false, stream);
 }
 
@@ -123,7 +128,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     const int result = convert(raw, folder.inq_path() / "out.tif");
     require(result == (!is_there ? 10 : the_sdk.is_saved ? 0 : 11), "a wrong answer");
     require(the_sdk.n_sessions == (is_there && name < 4 ? 1U : 0U) && !the_sdk.is_running,
-            "a session too few");
+            "a wrong number of sessions");
     require(list_folder(copies).empty(), "the copy is left");
     std::filesystem::remove(raw);
     return 0;

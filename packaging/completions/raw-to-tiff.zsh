@@ -13,13 +13,13 @@ _arguments -s -S \
     '--compression=[how the pixels are stored]:choice:(none deflate lzw zstd)' \
     '--preserve-times[give each TIFF the modification time of its raw file]' \
     '(-j --jobs)'{-j+,--jobs=}'[worker processes]:number' \
-    '--timeout=[give a file up after so long]:seconds' \
-    '--memory-limit=[let a file fail that takes more address space]:size' \
+    '--timeout=[give up on a file after this long]:seconds' \
+    '--memory-limit=[fail a file that takes more address space]:size' \
     '(-q --quiet -v --verbose)'{-q,--quiet}'[report failures only]' \
     '(-q --quiet -v --verbose)'{-v,--verbose}'[report every file]' \
     '--info[tell what is known of each file, and convert nothing]' \
     '--json[write a JSON object for each file]' \
     '--log=[append the JSON objects to a file]:log:_files' \
     '--report=[write a page about all files]:page:_files -g "*.html(-.)"' \
-    '--resume=[do what an earlier run with this log has left]:log:_files' \
+    '--resume=[do what an earlier run with this log left undone]:log:_files' \
     '*:raw file or folder:_files -g "*.(#i)(cr2|crw)(-.)"'

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <string_view>
 
@@ -27,10 +26,10 @@ constexpr bool is_low_surrogate(char32_t unit) noexcept {
 char32_t take_next(std::basic_string_view<utf16_t>& text) noexcept {
     const char32_t unit = text.front();
     text.remove_prefix(1);
-    const char32_t behind = text.empty() ? 0 : text.front();
-    if (is_high_surrogate(unit) && is_low_surrogate(behind)) {
+    const char32_t next = text.empty() ? 0 : text.front();
+    if (is_high_surrogate(unit) && is_low_surrogate(next)) {
         text.remove_prefix(1);
-        return 0x10000 + ((unit - 0xD800) << 10) + (behind - 0xDC00);
+        return 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00);
     }
     return is_high_surrogate(unit) || is_low_surrogate(unit) ? replacement_character : unit;
 }

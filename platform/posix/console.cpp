@@ -3,6 +3,7 @@
 #include "platform/posix/converted_text.h"
 
 #include <cstdio>
+#include <string>
 
 namespace platform {
 

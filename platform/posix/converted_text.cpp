@@ -3,6 +3,7 @@
 #include "platform/code_page.h"
 
 #include <cstddef>
+#include <span>
 
 namespace platform {
 

@@ -4,13 +4,11 @@
 #include "platform/windows/system_error.h"
 
 #include <cerrno>
-#include <cstddef>
 #include <cwchar>
 #include <direct.h>
 #include <io.h>
 #include <optional>
 #include <sys/stat.h>
-#include <utility>
 #include <windows.h>
 
 namespace platform {
@@ -62,7 +60,7 @@ std::optional<identity_t> inq_identity(const utf16_t* path) noexcept {
     return identity_t{found.dwVolumeSerialNumber, found.nFileIndexHigh, found.nFileIndexLow};
 }
 
-// For paths behind "\\?\", in which the runtime's status call sees a wildcard.
+// For paths that begin with "\\?\", in which the runtime's status call sees a wildcard.
 entry_kind_t inq_kind_by_attributes(const native_path& path) noexcept {
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {

@@ -34,7 +34,7 @@ bool native_path::operator==(const native_path& other) const noexcept {
     return view_t(inq_full()) == view_t(other.inq_full());
 }
 
-// Writes the full path behind the room for the prefix; false when it has none.
+// Writes the full path after the room for the prefix; false when it has none.
 bool native_path::complete(const utf16_t* path) noexcept {
     const DWORD length = ::GetFullPathNameW(path, capacity, inq_full(), nullptr);
     return length > 0 && length < capacity;

@@ -8,8 +8,8 @@
 namespace platform {
 
 // A path in the form that Windows calls take. One that is too long for them as it stands goes in its full
-// form behind "\\?\", which lifts the limit of 259 units; every other goes as it is. Allocates nothing. A
-// null path, and one that cannot be completed, becomes the empty path, which every call refuses.
+// form after "\\?\", which lifts the limit of 259 units; every other goes as it is. Allocates nothing. A null
+// path, and one that cannot be completed, becomes the empty path, which every call refuses.
 class native_path final {
 public:
     explicit native_path(const utf16_t* path) noexcept;
@@ -18,7 +18,7 @@ public:
 
     [[nodiscard]] const utf16_t* c_str() const noexcept { return m_path; }
 
-    // Whether it stands behind "\\?\", be it as it came or by our doing.
+    // Whether it begins with "\\?\", be it as it came or by our doing.
     [[nodiscard]] bool is_prefixed() const noexcept;
 
     // Whether both are one full path, letter case included.
@@ -28,7 +28,7 @@ private:
     [[nodiscard]] bool complete(const utf16_t* path) noexcept;
     [[nodiscard]] const utf16_t* put_prefix() noexcept;
 
-    // The longest path that the system takes, behind room for the prefix.
+    // The longest path that the system takes, after room for the prefix.
     static constexpr std::size_t prefix_capacity = 8;
     static constexpr std::size_t capacity = 32768;
 

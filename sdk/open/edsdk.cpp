@@ -15,7 +15,6 @@
 #include "sdk/open/writing/tiff_writer.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <functional>
 #include <new>
 #include <optional>

@@ -2,7 +2,6 @@
 
 #include "conversion/edsdk.h"
 
-#include <cstdint>
 #include <exception>
 #include <string>
 

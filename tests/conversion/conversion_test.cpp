@@ -23,7 +23,7 @@ struct sdk_double {
     std::map<std::size_t, eds_error_t> answers = {};
     std::function<void(std::string_view call)> watch = [](std::string_view) {};
 
-    // The calls, an error behind the one that answered it, no folders, the handles numbered as given out.
+    // The calls, an error after the call that answered it, no folders, the handles numbered as given out.
     std::string log = {};
     std::size_t n_calls = 0;
     std::size_t n_objects = 0;

@@ -15,7 +15,7 @@ namespace sdk_open {
 }
 
 // Reads bits, the highest one of a byte first. It checks no bounds: whoever makes one sees to it that 16
-// bytes can be read behind the last bit that is wanted. Nothing in it branches, so a loop over a copy of it
+// bytes can be read beyond the last bit that is wanted. Nothing in it branches, so a loop over a copy of it
 // keeps all of it in registers.
 class bit_cursor final {
 public:

@@ -20,8 +20,7 @@ public:
     // The row length must be even.
     crw_block_decoder(std::span<const std::byte> codes, unsigned table, unsigned row_length);
 
-    // Decodes the next rows, a multiple of the block's size of samples in all. Throws
-    // failure(damaged_picture).
+    // Decodes the next rows, whole blocks in all. Throws failure(damaged_picture).
     void decode_rows(std::span<std::uint16_t> samples);
 
     // After the last block. Throws failure(damaged_picture) where the data do not end there.

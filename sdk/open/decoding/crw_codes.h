@@ -5,7 +5,7 @@
 namespace sdk_open {
 
 // The codes of a .crw's blocks. A symbol stands for a run of zeros, in its high half-byte, and the magnitude
-// of the difference behind them.
+// of the difference after them.
 struct crw_codes {
     prefix_code first;  // for the first difference of a block
     prefix_code others; // for the rest of it

@@ -12,7 +12,7 @@ constexpr std::size_t unused_size = 514; // bytes in front of the codes
 constexpr std::size_t samples_per_byte = 4;
 constexpr unsigned rows_at_once = 8;
 
-// Nothing tells whether there are low bits but the bytes themselves: in codes, each byte ff has a zero behind
+// Nothing tells whether there are low bits but the bytes themselves: in codes, each byte ff has a zero after
 // it. A few thousand bytes are enough to meet with many of them.
 bool has_low_bits(std::span<const std::byte> record) {
     constexpr std::size_t looked_at = 0x4000;

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace sdk_open {
 
@@ -24,8 +25,8 @@ inline std::uint16_t read_difference(bit_cursor& cursor, const prefix_code& code
     return difference;
 }
 
-// Reads so many columns, one difference modulo 2^16 for each component. The next code waits for the length of
-// the one before, so that two streams take turns in hardly more time than one. Two codes seldom take more
+// Reads this many columns, one difference modulo 2^16 for each component. The next code waits for the length
+// of the one before, so that two streams take turns in hardly more time than one. Two codes seldom take more
 // bits than a refill gives: one refill serves two components. Throws failure(damaged_picture) where there is
 // no code.
 template <std::size_t components, std::size_t streams>

@@ -20,7 +20,7 @@ struct lossless_jpeg {
     unsigned width;         // columns of components samples each
     unsigned components;    // 1 to most_jpeg_components
     unsigned predictor;     // 1 to 7
-    unsigned restart_lines; // after so many lines the coding starts afresh; 0 for never
+    unsigned restart_lines; // after this many lines the coding starts afresh; 0 for never
     std::array<std::shared_ptr<const prefix_code>, most_jpeg_components> codes; // of each component
     std::span<const std::byte> scan; // the codes, and all that follows them
 
@@ -36,7 +36,7 @@ enum class sampling_t {
 
 // Reads the headers at the start of the bytes, which must stay while the answer is in use. Throws
 // failure(damaged_picture) where they are cut off or contradict themselves, or a code table is missing or no
-// prefix code, and failure(not_supported) where the components' resolutions are others.
+// prefix code, and failure(not_supported) where the components have other resolutions.
 [[nodiscard]] lossless_jpeg read_lossless_jpeg(std::span<const std::byte> bytes,
                                                sampling_t sampling = sampling_t::even);
 

@@ -13,7 +13,7 @@ namespace sdk_open {
 // Decodes the scan of a lossless JPEG (ITU-T T.81, annex H) line by line.
 class lossless_jpeg_decoder final {
 public:
-    // Has up to so many threads at work, the calling one among them. Throws std::bad_alloc only. The JPEG
+    // Has up to workers threads at work, the calling one among them. Throws std::bad_alloc only. The JPEG
     // must stay while the decoder is in use.
     lossless_jpeg_decoder(const lossless_jpeg& jpeg, unsigned workers);
 

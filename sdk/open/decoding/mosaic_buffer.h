@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -10,7 +9,7 @@ namespace sdk_open {
 // A raw picture with more samples is refused; no camera has made one.
 inline constexpr std::uint64_t most_samples = 400'000'000;
 
-// Where a decoder puts the samples of the whole sensor: row by row without gaps, in memory of its user's.
+// Where a decoder puts the samples of the whole sensor: row by row without gaps, in its user's memory.
 struct mosaic_buffer {
     std::span<std::uint16_t> samples; // width * height
     unsigned width;

@@ -14,7 +14,7 @@ enum class symbols_t {
     runs_and_magnitudes, // the low half-byte as above, below 16; ff is a symbol without a difference
 };
 
-// A code and the difference behind it. A difference of n bits is a number that starts with a one and stands
+// A code and the difference after it. A difference of n bits is a number that starts with a one and stands
 // for itself, or is negative and has its bits turned over (ITU-T T.81, F.2.2.1): 11 is 3, 10 is 2, 01 is -2
 // and 00 is -3.
 struct coded_difference {
@@ -35,7 +35,7 @@ struct coded_difference {
 class prefix_code final {
 public:
     static constexpr unsigned longest_code = 16;   // bits
-    static constexpr unsigned longest_length = 31; // of a code and the difference behind it
+    static constexpr unsigned longest_length = 31; // of a code and the difference after it
 
     // There are counts[n - 1] codes of n bits; the symbols stand in the order of their codes. Throws
     // failure(damaged_picture) where these counts make no prefix code, there are not as many symbols, or one
@@ -56,7 +56,7 @@ public:
     }
 
 private:
-    // The bits that are looked up at once: a code and, for the sign, the first bit behind it. Longer ones are
+    // The bits that are looked up at once: a code and, for the sign, the first bit after it. Longer ones are
     // rare in pictures, and with 13 bits two tables would crowd the first-level cache.
     static constexpr unsigned short_length = 11;
 

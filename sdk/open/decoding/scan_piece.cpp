@@ -125,7 +125,7 @@ void scan_piece::read_code(bit_cursor& cursor, const prefix_code& code) {
     move_on(cursor, 1);
 }
 
-// So many columns certainly begin and end in the piece.
+// How many more columns certainly begin and end in the piece.
 std::size_t scan_piece::inq_sure_columns(const lossless_jpeg& jpeg) const noexcept {
     return m_end_bit < m_bits
                ? (m_bits - m_end_bit) / (std::size_t{prefix_code::longest_length} * jpeg.components)

@@ -27,7 +27,7 @@ public:
 
     scan_piece();
 
-    // Takes the bytes of a scan from first on, to before last. The last one of them is no ff.
+    // Takes the bytes of a scan from first on, to before last. The last of them must not be ff.
     void load(std::span<const std::byte> scan, std::size_t first, std::size_t last) noexcept;
 
     // Reads two pieces that were just loaded, in hardly more time than one.
@@ -38,12 +38,13 @@ public:
     // failure(damaged_picture) where there is no code.
     [[nodiscard]] std::span<const std::uint16_t> join(scan_place& place, const lossless_jpeg& jpeg);
 
-    // Whether the scan ends in the piece, or shortly behind it. Such a piece cannot be joined.
+    // Whether the scan ends in the piece, or shortly after it. Such a piece cannot be joined.
     [[nodiscard]] bool has_marker() const noexcept { return m_has_marker; }
 
 private:
-    // The codes at the start whose places are noted down, a multiple of any number of components; it is rare
-    // that readers do not meet within a hundred. As many differences may stand in front of the first.
+    // How many codes at the start have their places noted down: divisible by 1 to 4, the possible numbers of
+    // components. It is rare that readers do not meet within a hundred. As many differences may stand in
+    // front of the first.
     static constexpr std::size_t noted_codes = 480;
     static constexpr std::size_t read_ahead = 32; // bytes of the next piece, which the last code reaches into
 
@@ -65,7 +66,7 @@ private:
     bool m_has_marker = false;
     bool m_is_decoded = false;
     std::array<std::size_t, noted_codes> m_places{}; // the first bits of the first codes
-    std::size_t m_end_bit = 0;                       // behind the codes that were read
+    std::size_t m_end_bit = 0;                       // after the codes that were read
     std::unique_ptr<std::uint16_t[]> m_differences;
     std::size_t m_first = 0; // the differences in use
     std::size_t m_end = 0;

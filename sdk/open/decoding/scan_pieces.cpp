@@ -54,7 +54,7 @@ scan_piece* scan_pieces::take() {
     return m_n_taken++ % 2 == 0 ? &wanted.one : &wanted.other;
 }
 
-// No piece ends with a byte ff, behind which a zero may be stuffed.
+// No piece ends with a byte ff, after which a zero may be stuffed.
 std::size_t scan_pieces::find_start(std::size_t piece) const noexcept {
     std::size_t start = piece * usual_size;
     while (start > 0 && m_jpeg.scan[start - 1] == std::byte{0xff})

@@ -5,7 +5,6 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
-#include <span>
 #include <thread>
 #include <vector>
 
@@ -15,8 +14,8 @@ namespace sdk_open {
 // threads end with it.
 class scan_pieces final {
 public:
-    // The calling thread is one of the workers: it decodes when it would have to wait. As many more as can be
-    // started. Throws std::bad_alloc.
+    // The calling thread is one of the workers: it decodes when it would have to wait. Up to workers - 1 more
+    // are started, fewer where the system has none to give. Throws std::bad_alloc.
     scan_pieces(const lossless_jpeg& jpeg, unsigned workers);
     scan_pieces(const scan_pieces&) = delete;
     scan_pieces& operator=(const scan_pieces&) = delete;

@@ -19,11 +19,11 @@ public:
     // Throws std::bad_alloc only. The JPEG and its bytes must stay while the reader is in use.
     scan_reader(const lossless_jpeg& jpeg, unsigned workers);
 
-    // The differences, modulo 2^16, of the next columns: at least one, and at most so many. They stay until
-    // the next call. Throws failure(damaged_picture) where the data end early or hold what is no code.
+    // The differences, modulo 2^16, of the next columns: at least one, and at most most_columns. They stay
+    // until the next call. Throws failure(damaged_picture) where the data end early or hold what is no code.
     [[nodiscard]] std::span<const std::uint16_t> read(std::size_t most_columns);
 
-    // Goes on behind the restart marker of this number, from 0 to 7; throws failure(damaged_picture) where
+    // Continues after the restart marker of this number, from 0 to 7; throws failure(damaged_picture) where
     // there is none.
     void restart(unsigned number);
 

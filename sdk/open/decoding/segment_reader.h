@@ -18,16 +18,16 @@ public:
     explicit segment_reader(std::span<const std::byte> bytes, std::size_t first_bit = 0) noexcept
         : m_stuffed(bytes), m_bit(first_bit) {}
 
-    // The bits that come next; up to so many bytes, at most most_at_once, may be read. Behind the segment's
-    // end lie zeros.
+    // The bits that come next; up to size bytes, at most most_at_once, may be read. Beyond the segment's end
+    // lie zeros.
     [[nodiscard]] bit_cursor resume(std::size_t size) noexcept;
 
-    // Goes on behind what the cursor has read. Throws failure(damaged_picture) where that is more than there
+    // Goes on after what the cursor has read. Throws failure(damaged_picture) where that is more than there
     // is.
     void suspend(const bit_cursor& cursor);
 
     // Answers what follows the segment, marker first. Throws failure(damaged_picture) where the segment goes
-    // on behind what was read by more than some padding.
+    // on after what was read by more than some padding.
     [[nodiscard]] std::span<const std::byte> finish();
 
 private:

@@ -4,6 +4,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <utility>
 
 namespace sdk_open {
 
@@ -24,7 +25,7 @@ public:
     // what the tasks throw; the first exception ends the work.
     void run(unsigned workers, unsigned bands);
 
-    // So many bands, from the first on, can be made by now.
+    // This many bands, from the first on, can now be made.
     void announce(unsigned bands);
 
 private:

@@ -9,8 +9,8 @@ namespace sdk_open {
 // The picture of a mosaic of red, green and blue. It is decoded and made, band after band, when it is wanted.
 class developed_picture final : public finished_picture {
 public:
-    // The decoder must outlive the picture. Throws failure where the camera's colours are not known or
-    // others, and std::bad_alloc.
+    // The decoder must outlive the picture. Throws failure where the camera's colours are unknown, or are not
+    // red, green and blue, and std::bad_alloc.
     explicit developed_picture(raw_decoder& decoder);
 
     [[nodiscard]] unsigned inq_width() const noexcept override { return m_width; }

@@ -23,7 +23,8 @@ struct cfa_phase {
 // All that turns a mosaic into colours: white balance as shot, no automatic brightening, clipped highlights
 // neutral.
 struct development {
-    // Whether it can turn this picture into colours: a mosaic of red, green and blue. Others LibRaw must.
+    // Whether it can turn this picture into colours: a mosaic of red, green and blue. LibRaw must do the
+    // others.
     [[nodiscard]] static bool is_for(const libraw_data_t& data);
 
     // Knows all but what becomes known while the mosaic is decoded. Throws failure(not_supported) where the

@@ -26,7 +26,7 @@ public:
     [[nodiscard]] virtual unsigned inq_height() const noexcept = 0;
 
     // Hands the picture on in pieces of a multiple of rows_per_piece rows; the last piece may be shorter.
-    // What is still to be done for that is done with at most so many threads, the calling one included. Each
+    // What is still to be done for that is done with at most workers threads, the calling one included. Each
     // piece is prepared by one of the workers while others prepare theirs, and then taken by the same one:
     // one at a time, from the top down. The values do not depend on the number of threads. Throws failure
     // where the pixel data are damaged, std::bad_alloc, and what the tasks throw.

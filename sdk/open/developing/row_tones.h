@@ -20,7 +20,7 @@ public:
         return look_up(m_tables[column % 2 == 0 ? 0 : 1], column);
     }
 
-    // So many pairs of columns, from this one on.
+    // Copies this many pairs of columns, from this one on.
     void copy_pairs(std::ptrdiff_t column, std::ptrdiff_t pairs, float* tones) const noexcept {
         const float* const table = m_tables[column % 2 == 0 ? 0 : 1];
         const float* const next_table = m_tables[column % 2 == 0 ? 1 : 0];

@@ -8,8 +8,8 @@
 
 namespace sdk_open {
 
-// A file's bytes, as LibRaw reads them. LibRaw's own stream on memory reads behind the bytes, and writes
-// behind what it is to fill, where lines and numbers are not ended as they should be; this one does not. And
+// A file's bytes, as LibRaw reads them. LibRaw's own stream on memory reads beyond the bytes, and writes
+// beyond what it is to fill, where lines and numbers are not ended as they should be; this one does not. And
 // it stops what a hostile file can have LibRaw do while it identifies: read for ever, and call itself until
 // the stack is full. It throws what LibRaw takes for damage then.
 class bounded_datastream final : public LibRaw_buffer_datastream {
@@ -18,7 +18,7 @@ public:
     // ffff, which is none.
     bounded_datastream(std::span<const std::byte> bytes, std::vector<std::size_t> hidden_tags);
 
-    // From now on LibRaw may read as often, and on whichever stack it likes: it only decodes.
+    // From now on LibRaw may read as often as it likes, and on whichever stack: it only decodes.
     void lift_limits() noexcept { m_is_limited = false; }
 
     // As LibRaw wants them: those of <cstdio> for a binary file.
@@ -41,7 +41,7 @@ private:
 
     std::span<const std::byte> m_bytes;
     std::vector<std::size_t> m_hidden_tags;
-    std::size_t m_position = 0; // never behind the end
+    std::size_t m_position = 0; // never beyond the end
     bool m_is_limited = true;
     std::size_t m_work = 0; // that it was put to
     std::intptr_t m_stack;  // where it was when the stream was made

@@ -170,8 +170,8 @@ private:
         return points;
     }
 
-    // LibRaw tells some makers' notes by what stands in front of them. (What notes may start with instead of
-    // a directory would be more entries than there can be.)
+    // LibRaw tells some makers' notes by what stands in front of them. Other makers' marks stand where a
+    // directory's count does, and make more entries than there may be.
     [[nodiscard]] bool is_marked(std::size_t notes) const noexcept {
         constexpr std::size_t distance = 12;
         return notes < distance || starts_with(notes - distance, "SONY") ||
@@ -181,7 +181,7 @@ private:
     // LibRaw goes on with the directories within a JPEG, where there may be any. Canon's pictures have none.
     void refuse_directories_within(std::size_t jpeg) const {
         constexpr std::size_t directories_at = 12;
-        constexpr unsigned start_of_image = 0xd8; // behind ff, which LibRaw does not ask for
+        constexpr unsigned start_of_image = 0xd8; // after ff, which LibRaw does not ask for
         if (number_at(jpeg + 1, 1) == start_of_image &&
             (starts_with(jpeg + directories_at, "II") || starts_with(jpeg + directories_at, "MM")))
             throw_no_raw_picture();

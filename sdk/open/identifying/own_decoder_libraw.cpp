@@ -91,7 +91,7 @@ void own_decoder_libraw::decode_mosaic() const {
     m_decode({samples, sizes.raw_width, sizes.raw_height});
 }
 
-// LibRaw calls this behind the step whose answer it does not look at, which copies what was decoded to where
+// LibRaw calls this after the step whose answer it does not look at, which copies what was decoded to where
 // it is developed. That fails for lack of memory only.
 void own_decoder_libraw::require_image(void* libraw) {
     if (static_cast<LibRaw*>(libraw)->imgdata.image == nullptr)

@@ -25,7 +25,7 @@ public:
     // Columns before this one are complete when the first row is; 0 where all columns come together.
     [[nodiscard]] unsigned inq_first_column_of_last_slice() const;
 
-    // Decodes all samples, with up to so many threads. Throws failure(damaged_picture) where the data are
+    // Decodes all samples, with up to workers threads. Throws failure(damaged_picture) where the data are
     // damaged, and std::bad_alloc. The file's bytes must still be there.
     void decode(const mosaic_buffer& target, unsigned workers, const rows_listener& on_rows) const;
 

@@ -26,7 +26,7 @@ public:
     // bytes are no raw picture that we decode, and std::bad_alloc.
     explicit raw_decoder(std::span<const std::byte> bytes);
 
-    // Decodes a mosaic of red, green and blue, once, with up to so many threads. The first call of on_rows
+    // Decodes a mosaic of red, green and blue, once, with up to workers threads. The first call of on_rows
     // says that the black and the white level are known and that the mosaic is there, as far as it says; the
     // last one comes when all of it is. Throws failure where the pixel data are damaged, std::bad_alloc, and
     // what on_rows throws.

@@ -10,11 +10,11 @@ inline constexpr std::size_t raw_signature_size = 16;
 
 enum class raw_format_t {
     cr2, // a TIFF container, the mosaic as lossless JPEG
-    crw, // a heap of records, the mosaic in the coding of its own
+    crw, // a heap of records, the mosaic in a coding of its own
 };
 
 // Tells by the first bytes, whatever the file is called. Throws failure(not_a_raw_picture) for anything else,
-// so also for the raw files of other makers.
+// also for other makers' raw files.
 [[nodiscard]] raw_format_t recognise_raw_format(std::span<const std::byte> bytes);
 
 } // namespace sdk_open

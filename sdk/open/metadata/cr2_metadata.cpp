@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <tiff.h>
 
 namespace sdk_open {

@@ -55,7 +55,7 @@ bool is_sensible(float number) noexcept {
     return number >= 1e-6F && number <= 1e6F;
 }
 
-// The next fraction with this denominator, in lowest terms: 7.09375 and 32 give 227/32.
+// The nearest fraction with this denominator, in lowest terms: 7.09375 and 32 give 227/32.
 rational fraction(float number, std::uint32_t denominator) {
     const auto numerator = static_cast<std::uint32_t>(std::lround(number * static_cast<float>(denominator)));
     const std::uint32_t common = std::max(1U, std::gcd(numerator, denominator));

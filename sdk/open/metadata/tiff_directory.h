@@ -16,8 +16,8 @@ namespace sdk_open {
 [[nodiscard]] std::vector<metadata_field> read_tiff_directory(std::span<const std::byte> file,
                                                               std::size_t position);
 
-// The bytes of such a directory, and of the values behind it, for an even position in a file. No tag may
-// occur twice. Their number is even. Throws std::bad_alloc only.
+// The bytes of such a directory, and of the values after it, for an even position in a file. No tag may occur
+// twice. Their number is even. Throws std::bad_alloc only.
 [[nodiscard]] std::vector<std::byte> make_tiff_directory(std::vector<metadata_field> fields,
                                                          std::uint32_t position);
 

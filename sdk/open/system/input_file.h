@@ -15,7 +15,7 @@ namespace sdk_open {
 class input_file final {
 public:
     // Throws failure: file_not_found where no file can be reached by this name, cannot_open_input where one
-    // can but may not be opened, or is a folder, a pipe or a device.
+    // can but may not be opened, not_a_raw_picture where it is a folder, a pipe or a device.
     explicit input_file(const std::string& path);
 
     // The first bytes; fewer where the file has fewer. Throws failure where reading fails.

@@ -75,7 +75,7 @@ int close_file(int descriptor) noexcept;
 
 [[nodiscard]] int rename_over(const std::string& from, const std::string& to) noexcept;
 
-// Fails with EEXIST where there is anything of that name. As safe as the file system can.
+// Fails with EEXIST where there is anything of that name. As safe as the file system allows.
 [[nodiscard]] int rename_to_unused(const std::string& from, const std::string& to) noexcept;
 
 int remove_file(const std::string& path) noexcept;

@@ -11,7 +11,7 @@ struct tiff_cursor {
     // The origin is one of fseek()'s. Answers the new position.
     toff_t seek(toff_t offset, int origin) noexcept;
 
-    // So many bytes were written at the position.
+    // This many bytes were written at the position.
     void advance(std::size_t count) noexcept;
 
     std::uint64_t position = 0;

@@ -6,7 +6,7 @@
 
 namespace sdk_open {
 
-// Finishes nothing: who writes has flushed before, and after a failure libtiff would fall over what is
+// Finishes nothing: whoever writes has flushed before, and after a failure libtiff would fall over what is
 // missing.
 struct tiff_closer {
     void operator()(TIFF* file) const noexcept {

@@ -37,8 +37,8 @@ public:
         check(m_tiff != nullptr);
     }
 
-    // The directories of fields come first, right behind the header of the file: then the picture's own,
-    // which libtiff puts at the end, can say where they are.
+    // The directories of fields come first, right after the header of the file: then the picture's own, which
+    // libtiff puts at the end, can say where they are.
     void write(finished_picture& picture, const picture_metadata& metadata) {
         describe_pixels();
         describe_origin(metadata);

@@ -94,7 +94,7 @@ TEST(data, comparison_growth_and_misuse) {
     for (int n = 0; n < 5000; ++n)
         EXPECT_TRUE(d.append_byte('x'));
     EXPECT_EQ(d.inq_data_size(), 8320); // from 4 + 256 on, doubled
-    unsigned char bytes[] = {'e'};      // behind which nobody looks
+    unsigned char bytes[] = {'e'};      // beyond which nobody looks
     d.refer(bytes, INT_MAX);
     EXPECT_FALSE(d.append_byte('e') || d.append(bytes, 1) || d.grow(1));
 }
@@ -155,7 +155,7 @@ TEST(writing, floating_point_numbers_are_correctly_rounded_or_reported) {
         out << value << ' ' << scientific << value;
         EXPECT_EQ(out.inq_bytes(), want);
     }
-    // The largest precision makes 512 with the digits before the point, or the zeros behind it, and 16.
+    // The largest precision makes 512 with the digits before the point, or the zeros after it, and 16.
     using edge_t = std::tuple<double, ZWStream::manipulator_t, int>;
     for (const auto& [value, form, precision] :
          {edge_t{-10, &fixed_point, 494}, {.5, &fixed_point, 496}, {DBL_MAX, &scientific, 187}}) {

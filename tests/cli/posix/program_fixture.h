@@ -47,7 +47,7 @@ protected:
     }
 
     // Answers the exit code, -1 when a signal ended the program. The shell gets the prefix in front of it and
-    // the suffix behind it.
+    // the suffix after it.
     int run(const words_t& arguments, const std::string& prefix = "", const std::string& suffix = "") {
         const auto output = m_scratch.inq_path() / "output";
         const auto errors = m_scratch.inq_path() / "errors";

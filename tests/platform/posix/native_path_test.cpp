@@ -9,7 +9,7 @@
 namespace {
 
 TEST(native_path, a_path_that_is_too_long_leads_nowhere) {
-    // So many separators lead to the root folder, up to the longest path that the system takes.
+    // This many separators lead to the root folder, up to the longest path that the system takes.
     for (const auto& [length, want] : {std::pair(PATH_MAX - 1, 0), {PATH_MAX, ENAMETOOLONG}}) {
         const std::basic_string<utf16_t> path(static_cast<std::size_t>(length), utf16_t(u'\\'));
         errno = 0;

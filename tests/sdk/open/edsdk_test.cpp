@@ -39,7 +39,7 @@ TEST(handles, misuse_is_an_error_and_nothing_else) {
 
 using damage = std::function<void(std::string&)>;
 
-// Overwrites what stands at a distance behind the last place of an anchor: for a marker's that is in the
+// Overwrites what stands at a distance after the last place of an anchor: for a marker's that is in the
 // lossless JPEG of the picture.
 damage patch(std::string_view anchor, std::size_t distance, const std::string& bytes) {
     return [=](std::string& file) { file.replace(file.rfind(anchor) + distance, bytes.size(), bytes); };
@@ -53,7 +53,7 @@ damage fill(std::size_t position, char value) {
     return [=](std::string& file) { file.replace(position, 2000, 2000, value); };
 }
 
-// Replaces the resolution unit of the first directory of the .cr2 by a pointer to what is put behind the
+// Replaces the resolution unit of the first directory of the .cr2 by a pointer to what is appended to the
 // file.
 damage append(std::string_view entry, const std::string& bytes) {
     return [=](std::string& file) {

@@ -55,7 +55,7 @@ TEST(metadata, is_carried_over) {
                     entry(EXIFTAG_FOCALLENGTH, 5, 1), fraction(50, 1)});
 }
 
-// Puts directories of our own behind the picture, out of order and with entries that must not go along.
+// Puts directories of our own after the picture, out of order and with entries that must not go along.
 TEST(metadata, fields_go_over_byte_for_byte) {
     std::string raw = read_file(sample("5d2_1comp.cr2"));
     const std::size_t values = raw.size();
@@ -95,7 +95,7 @@ TEST(metadata, fields_go_over_byte_for_byte) {
     wanted += entry(0xa002, 4, 1, number(400)) + entry(0xa003, 4, 1, number(300));
     wanted += entry(0xa434, 2, 3, "XY\0\0"s) + number(0) + exposures + "Hello\0"s;
     wanted += number(1, 2) + entry(1, 2, 2, "N\0\0\0"s) + number(0);
-    EXPECT_EQ(tiff.substr(8, wanted.size()), wanted) << "right behind the header";
+    EXPECT_EQ(tiff.substr(8, wanted.size()), wanted) << "right after the header";
     expect_to_hold(tiff,
                    {entry(0x8769, 13, 1, number(8)), entry(0x8825, 13, 1, number(176)), "Zo\xc3\xab\0"s});
 }

@@ -81,8 +81,8 @@ sample_list decode_what_can_be(const sdk_open::lossless_jpeg& jpeg, bool& is_int
     return samples;
 }
 
-// Pieces are larger than any input: the codes come over and over. A scan that may start afresh, if only
-// behind its end, is read in order. Damage in a piece is noticed before its lines are handed out.
+// Pieces are larger than any input: the codes come over and over. A scan that may start afresh, if only after
+// its end, is read in order. Damage in a piece is noticed before its lines are handed out.
 void check_pieces(const sdk_open::lossless_jpeg& jpeg) {
     constexpr std::size_t scan_size = 300'000;
     const auto is_marker = [](std::byte a, std::byte b) { return a == std::byte{0xff} && b != std::byte{0}; };

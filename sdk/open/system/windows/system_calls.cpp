@@ -113,7 +113,7 @@ int status_of_path(const std::string& path, file_status& status) noexcept {
     return errno == ENOENT ? 0 : -1;
 }
 
-// Only the read-only mark is looked at: who else may not write learns it when he does.
+// Only the read-only mark is looked at. Whoever else may not write learns it on writing.
 bool may_write(const std::string& path) noexcept {
     const DWORD attributes = ::GetFileAttributesW(system_path(path).c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) {

@@ -13,12 +13,12 @@ std::span<const std::byte> bytes_of(std::string_view text) {
     return std::as_bytes(std::span(text));
 }
 
-// What is behind the bytes that may be written stays.
+// What is beyond the bytes that may be written stays.
 TEST(bounded_datastream, ends_lines_where_there_is_room) {
     const struct {
         std::string text;
         int size;
-        std::string line; // without the zero behind it
+        std::string line; // without the zero after it
         INT64 position;
     } rows[] = {
         {"ab\ncd", 9, "ab\n", 3}, {"ab\ncd", 3, "ab", 2}, {"ab\ncd", 4, "ab\n", 3},
@@ -39,8 +39,8 @@ TEST(bounded_datastream, ends_lines_where_there_is_room) {
     EXPECT_EQ(untouched, '#');
 }
 
-// The text goes on behind the bytes of the stream.
-TEST(bounded_datastream, reads_no_number_behind_its_end) {
+// The text goes on beyond the bytes of the stream.
+TEST(bounded_datastream, reads_no_number_beyond_its_end) {
     constexpr std::string_view text = "12\t -345 67";
     bounded_datastream stream(bytes_of(text).first(text.size() - 1), {});
     int number = 0;

@@ -89,8 +89,8 @@ TEST_F(refusing_system, has_an_older_file_replaced_with_the_usual_permissions) {
     EXPECT_EQ(fs::status(m_older).permissions(), static_cast<fs::perms>(0640));
 }
 
-// In a process of its own, as a user who may have so many threads in all: those that there are do the work.
-// A process that starts none has none left afterwards.
+// In a process of its own, as a user who may have only this many threads in all: those that there are do the
+// work. A process that starts none has none left afterwards.
 TEST_F(refusing_system, starts_no_more_threads) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only the superuser can become a user without other processes";

@@ -28,7 +28,7 @@ namespace {
 constexpr rlim_t most_seconds = 5;     // of all processors together, so that other programs do not count
 constexpr unsigned most_waiting = 120; // seconds, whatever it waits for
 constexpr long most_memory = 1L << 20; // KiB
-constexpr std::size_t cut = 3;         // behind the ways in which a byte changes
+constexpr std::size_t cut = 3;         // after the ways in which a byte changes
 
 struct damage {
     std::size_t position;
