@@ -14,11 +14,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// False where the log does not tell when the raw file was written, and where the file is gone: into an
-// archive, say.
+// False where the log does not tell when the raw file was written, and where one that was converted is gone:
+// into an archive, say.
 bool has_changed_since(const result_t& result) {
     const auto now = inq_modification_time(result.job.input);
-    return result.modification_time && now && *now != *result.modification_time;
+    if (!now && is_done(result.outcome))
+        return false;
+    return result.modification_time && now != result.modification_time;
 }
 
 } // namespace

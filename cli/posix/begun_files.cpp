@@ -3,9 +3,11 @@
 #include "cli/posix/abandoned.h"
 #include "sdk/open/system/begun_file_name.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <string_view>
 #include <sys/stat.h>
+#include <system_error>
 
 namespace fs = std::filesystem;
 

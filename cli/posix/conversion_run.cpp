@@ -5,6 +5,7 @@
 #include "cli/posix/worker_team.h"
 
 #include <set>
+#include <string>
 
 namespace {
 

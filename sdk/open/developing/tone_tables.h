@@ -10,7 +10,7 @@ namespace sdk_open {
 // Light, 0 to 1, is demosaiced as tones that are spaced about as the eye sees them: an error then weighs the
 // same in the shadows as in the highlights, and so does the noise of the light itself. A tone is
 // the cube root of (light + tone_offset), which two multiplications take back; the offset keeps the noise
-// around black, and between a quarter and twice of it no picture becomes better or worse.
+// around black. Anything from a quarter of it to twice as much makes no picture better or worse.
 constexpr double tone_offset = 0.002;
 
 // The levels at one position of the 2x2 pattern.

@@ -6,9 +6,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <tiff.h>
+#include <utility>
 
 namespace sdk_open {
 namespace {

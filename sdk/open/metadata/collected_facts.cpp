@@ -5,7 +5,9 @@
 #include "sdk/open/little_endian.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string_view>
 #include <tiff.h>

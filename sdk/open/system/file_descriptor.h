@@ -6,8 +6,8 @@
 
 namespace sdk_open {
 
-// Owns an open file. The destructor closes without a check; whoever writes calls close() first and looks at
-// the answer.
+// Owns a file descriptor of the system, or none: of a file, a folder, a socket. The destructor closes without
+// a check; whoever writes calls close() first and looks at the answer.
 class file_descriptor final {
 public:
     file_descriptor() noexcept = default;

@@ -20,8 +20,8 @@ namespace sdk_open {
 // A process that is killed while it writes leaves that file behind; whoever finds it can tell by the claim on
 // it whether it is still in use.
 //
-// Every failure is thrown as failure(cannot_write_output), (disk_full) or, where someone else's file has the
-// target's name, (output_appeared), and names the target.
+// Every failure is thrown as failure(cannot_write_output), (disk_full) or, where the target appeared or
+// changed against what commit() expects, (output_appeared), and names the target.
 class output_file final {
 public:
     // Throws at once where the target cannot be replaced: it is a folder, a link or no regular file, it is
@@ -36,9 +36,10 @@ public:
     void write_at(std::uint64_t position, std::span<const std::byte> bytes);
 
     // Brings the file, of which something must have been written, to the medium and under its own name.
-    // Nothing can be written afterwards. What is there by then is replaced; where a target is expected and
-    // something else is there, this fails. Where all but the last step worked, which is to bring the name to
-    // the medium, the new file stays, and the failure says so.
+    // Nothing can be written afterwards. What is there by then is replaced; but given an expectation, which
+    // may be that there is nothing, this fails where a target is there and differs from it. Where all but the
+    // last step worked, which is to bring the name to the medium, the new file stays, and the failure says
+    // so.
     void commit(const expected_target_t& expected = {});
 
 private:
